@@ -1,0 +1,357 @@
+// The boundary towards engines.
+//
+// The library holds no solver. An engine derives from `ZylAlgorithmI`: it is given the model object
+// by object (extraction), keeps one opaque handle for each, and hears of every later edit of what it
+// uses.
+
+#ifndef ZYL_ALGORITHM_ALGORITHM_H
+#define ZYL_ALGORITHM_ALGORITHM_H
+
+#include <iosfwd>
+
+#include "vorlane/env/timer.h"
+#include "vorlane/expr/num_expr.h"
+#include "vorlane/expr/variable.h"
+#include "vorlane/model/change.h"
+#include "vorlane/model/extractable_array.h"
+
+class ZylAlgorithmI;
+class ZylConstraintI;
+class ZylIntSetVarI;
+class ZylIntVarArray;
+class ZylModelEvaluatorI;
+class ZylNumVarArray;
+class ZylObjectiveI;
+class ZylSolutionManagerI;
+
+/// A search changed nothing: edits of what a searching engine uses are refused.
+class ZYL_EXPORT ZylNoChangeDuringSearchException : public ZylException {
+ public:
+  ZylNoChangeDuringSearchException();
+};
+
+/// Name of the property under which a profiling callback is attached to an algorithm; the library
+/// itself reads no such property.
+class ZYL_EXPORT ZylAlgorithmProfilerCallbackI {
+ public:
+  static const char* const PROPERTY_NAME;
+};
+
+/// Handle of an algorithm: one pointer, owning nothing.
+class ZYL_EXPORT ZylAlgorithm {
+ public:
+  using ImplClass = ZylAlgorithmI;
+
+  enum Status : int {
+    Unknown = 0,
+    Feasible = 1,
+    Optimal = 2,
+    Infeasible = 3,
+    Unbounded = 4,
+    InfeasibleOrUnbounded = 5,
+    Error = 6
+  };
+
+  /// Root of the failures of algorithms.
+  class ZYL_EXPORT Exception : public ZylException {
+   public:
+    explicit Exception(const char* message = nullptr, long deleteMessage = 0);
+  };
+  /// An engine cannot extract an object; turned into `CannotExtractException` at the outermost entry.
+  class ZYL_EXPORT ExtractFailure : public Exception {
+   public:
+    explicit ExtractFailure(const char* typeName = nullptr);
+  };
+  /// An engine cannot remove or modify an object.
+  class ZYL_EXPORT RemoveFailure : public Exception {
+   public:
+    RemoveFailure();
+  };
+
+  /// A refusal with the objects it concerns.
+  ///
+  /// Their array lives in the algorithm's environment and is shared by copies of the exception;
+  /// whoever catches the exception calls `end` once, or the environment's end takes it.
+  class ZYL_EXPORT Refusal : public Exception {
+   public:
+    void end() override;
+    ZylAlgorithm getAlgorithm() const;
+    ZylAlgorithmI* getAlgorithmI() const noexcept { return _algorithm; }
+    const ZylExtractableArray& getExtractables() const noexcept { return _extractables; }
+    /// Hands the array over to the caller.
+    ZylExtractableArray takeExtractables() noexcept;
+
+   protected:
+    Refusal(const char* message, ZylAlgorithmI* algorithm);
+    Refusal(const char* message, ZylAlgorithmI* algorithm, const ZylExtractableArray& objects);
+    ZylAlgorithmI* _algorithm;
+    ZylExtractableArray _extractables;
+  };
+  class ZYL_EXPORT CannotExtractException : public Refusal {
+   public:
+    explicit CannotExtractException(ZylAlgorithmI* algorithm);
+    CannotExtractException(ZylAlgorithmI* algorithm, const ZylExtractableI* first);
+    void print(std::ostream& stream) const override;
+  };
+  class ZYL_EXPORT CannotChangeException : public Refusal {
+   public:
+    explicit CannotChangeException(ZylAlgorithmI* algorithm);
+    /// Takes the array over.
+    CannotChangeException(ZylAlgorithmI* algorithm, const ZylExtractableArray& objects);
+    void print(std::ostream& stream) const override;
+  };
+  class ZYL_EXPORT CannotRemoveException : public Refusal {
+   public:
+    explicit CannotRemoveException(ZylAlgorithmI* algorithm);
+    void print(std::ostream& stream) const override;
+  };
+  /// An engine was asked about an object that it was never given.
+  class ZYL_EXPORT NotExtractedException : public Exception {
+   public:
+    NotExtractedException(const ZylAlgorithmI* algorithm, const ZylExtractableI* extractable);
+    void print(std::ostream& stream) const override;
+    const ZylAlgorithmI* getAlgorithmI() const noexcept { return _algorithm; }
+    const ZylExtractableI* getExtractable() const noexcept { return _extractable; }
+
+   private:
+    const ZylAlgorithmI* _algorithm;
+    const ZylExtractableI* _extractable;
+  };
+  class ZYL_EXPORT NoObjectiveException : public Exception {
+   public:
+    explicit NoObjectiveException(const ZylAlgorithmI* algorithm);
+    void print(std::ostream& stream) const override;
+    const ZylAlgorithmI* getAlgorithmI() const noexcept { return _algorithm; }
+
+   private:
+    const ZylAlgorithmI* _algorithm;
+  };
+
+  ZylAlgorithm() = default;
+  explicit ZylAlgorithm(ZylAlgorithmI* impl) noexcept : _impl(impl) {}
+  ZylAlgorithmI* getImpl() const noexcept { return _impl; }
+  /// Deletes the algorithm; nothing on an empty handle.
+  void end();
+
+  ZylEnv getEnv() const;
+  ZylModel getModel() const;
+  /// Clears the algorithm and loads the model. Raises `CannotExtractException`, which names every
+  /// object that the engine refuses and leaves the algorithm empty.
+  void extract(const ZylModel& model) const;
+  /// Forgets everything extracted; nothing on an empty handle.
+  void clear() const;
+  bool isExtracted(const ZylExtractable& extractable) const;
+  /// Runs the engine with the timer on; true if it found a solution.
+  bool solve() const;
+  /// Also resets and restarts the timer.
+  Status getStatus() const;
+  double getObjValue() const;
+  double getValue(const ZylNumVar& variable) const;
+  double getValue(const ZylIntVar& variable) const;
+  double getValue(const ZylObjective& objective) const;
+  double getValue(const ZylNumExprArg& expr) const;
+  /// Rounded to the nearest integer.
+  long getIntValue(const ZylIntVar& variable) const;
+  /// Clear the output array, then append one value for each variable.
+  void getValues(const ZylNumVarArray& variables, const ZylNumArray& values) const;
+  void getValues(const ZylIntVarArray& variables, const ZylNumArray& values) const;
+  void getIntValues(const ZylIntVarArray& variables, const ZylIntArray& values) const;
+
+  /// Processor seconds since the last reset.
+  double getTime() const;
+  void printTime() const;
+  void resetTime() const;
+  std::ostream& out() const;
+  std::ostream& warning() const;
+  std::ostream& error() const;
+  void setOut(std::ostream& stream) const;
+  void setWarning(std::ostream& stream) const;
+  void setError(std::ostream& stream) const;
+
+  const char* getName() const;
+  void setName(const char* name) const;
+  void* getObject() const;
+  void setObject(void* object) const;
+  ZylNamedPropertySet getProperties() const;
+  void setProperties(ZylNamedPropertySet properties) const;
+  void removeAllProperties() const;
+  void addProperty(ZylNamedProperty property) const;
+  void addClonedProperty(ZylNamedProperty property) const;
+  void addProperties(ZylNamedPropertySet properties) const;
+  bool hasProperty(const char* name) const;
+  ZylNamedProperty getProperty(const char* name) const;
+  const char* getStringProperty(const char* name) const;
+  void* getAnyProperty(const char* name) const;
+  double getNumProperty(const char* name) const;
+  long getIntProperty(const char* name) const;
+  void setStringProperty(const char* name, const char* value) const;
+  void setAnyProperty(const char* name, void* value) const;
+  void setNumProperty(const char* name, double value) const;
+  void setIntProperty(const char* name, long value) const;
+  void removeProperty(const char* name) const;
+
+ protected:
+  // The two failures of an empty handle: which operation raises which is given.
+  ZylAlgorithmI* used() const;
+  ZylAlgorithmI* called() const;
+  ZylAlgorithmI* owner() const;
+  ZylAlgorithmI* _impl = nullptr;
+};
+
+ZYL_EXPORT std::ostream& operator<<(std::ostream& stream, ZylAlgorithm::Status status);
+
+/// An overlay of the extraction tables: one engine object for each binding of a loop index.
+class ZYL_EXPORT ZylExtractionScope {
+ public:
+  virtual ~ZylExtractionScope();
+  /// Non-zero if the id is known here.
+  virtual void* lookUp(long id) const = 0;
+  virtual void registerHandle(long id, void* handle) = 0;
+};
+
+/// What an engine derives from.
+///
+/// Constructed with its environment, whose list of algorithms it joins; made with plain `new`, or on
+/// the stack if it dies before the environment. Tables indexed by extractable id hold the engine's
+/// handle and the number of extractions of each object. Not synchronised.
+class ZYL_EXPORT ZylAlgorithmI {
+  ZYL_EXTENSION_OPERATIONS
+ public:
+  static constexpr long InitialIdCapacity = 1024;
+
+  /// Raises `ZylMemoryException`.
+  explicit ZylAlgorithmI(ZylEnvI* env);
+  ZylAlgorithmI(const ZylAlgorithmI&) = delete;
+  ZylAlgorithmI& operator=(const ZylAlgorithmI&) = delete;
+
+  virtual void* makeOpenIterator(ZylGenAlloc* alloc, ZylIntSetVarI* set);
+  virtual ~ZylAlgorithmI();
+  /// Called after the output stream was replaced.
+  virtual void setOutCallback();
+  virtual void initTime();
+  virtual double getTime() const;
+  virtual void printTime() const;
+  virtual void resetTime();
+  /// Extracts one object, at most once however often it is asked for; each call counts. Raises
+  /// `ZylAlgorithm::ExtractFailure` if the engine refuses.
+  virtual void extract(const ZylExtractableI* extractable);
+  /// Delivers a change of one object.
+  virtual void apply(const ZylChange& change, const ZylExtractableI* extractable);
+  /// Delivers a change that concerns no single object.
+  virtual void apply(const ZylChange& change);
+  /// Takes one extraction back; the last one removes the engine's object. Raises
+  /// `ZylAlgorithm::RemoveFailure` if the engine refuses.
+  virtual void remove(const ZylExtractableI* extractable);
+  /// The engine's own: builds its object, writes it through `handle`, which holds 0, and returns
+  /// true; or false to refuse.
+  virtual bool doExtract(const ZylExtractableI* extractable, void** handle) = 0;
+  /// The engine's own: drops the object of the handle; false refuses.
+  virtual bool doRemove(const ZylExtractableI* extractable, void* handle) = 0;
+  /// The engine's own: follows a change; `handle` may be rewritten, `extractable` is null for a
+  /// change with no single target; false refuses.
+  virtual bool doApply(const ZylChange* change, void** handle, const ZylExtractableI* extractable) = 0;
+  virtual void handleForAllElement(void* element);
+  /// Takes 1 from the use count, and nothing else.
+  virtual void decreaseUsage(const ZylExtractableI* extractable);
+  /// Clears, then loads; a null model leaves the algorithm cleared.
+  virtual void load(const ZylModelI* model);
+  virtual void loadWithoutClear(const ZylModelI* model);
+  virtual bool solve();
+  virtual ZylAlgorithm::Status getStatus() const;
+  /// Forgets everything extracted. An override calls this one.
+  virtual void clear();
+  virtual double getObjValue() const = 0;
+  virtual double getValue(const ZylNumVarI* variable) const = 0;
+  /// Raises `ZylWrongUsage` if the rounded value is no exact integer.
+  virtual long getIntValue(const ZylNumVarI* variable) const;
+  virtual double getValue(const ZylObjectiveI* objective) const = 0;
+  virtual double getValue(const ZylConstraintI* constraint) const;
+  virtual void getValues(const ZylNumVarArray variables, const ZylNumArray values) const;
+  virtual void getValues(const ZylIntVarArray variables, const ZylNumArray values) const;
+  virtual void getIntValues(const ZylIntVarArray variables, const ZylIntArray values) const;
+  virtual double getExprValue(const ZylNumExprI* expr) const;
+
+  /// Each element in order through the virtual form; nothing for an empty handle.
+  void extract(const ZylExtractableArray& extractables);
+  void remove(const ZylExtractableArray& extractables);
+  /// Whether any element is in use.
+  bool usesAtLeastOne(const ZylExtractableArray& extractables) const;
+  /// Whether the object was extracted and not removed; a scope decides where there is one.
+  bool isInUse(const ZylExtractableI* extractable) const noexcept {
+    const long id = extractable->getId();
+    if (ZYL_UNLIKELY(_extractionScope != nullptr)) return _extractionScope->lookUp(id) != nullptr;
+    return static_cast<unsigned long>(id) < static_cast<unsigned long>(_idCapacity) &&
+           _usageCounts[id] > 0;
+  }
+  /// The engine's handle of an object, null if there is none.
+  void* getHandle(const ZylExtractableI* extractable) const noexcept {
+    const long id = extractable->getId();
+    return static_cast<unsigned long>(id) < static_cast<unsigned long>(_idCapacity)
+               ? _extractionHandles[id]
+               : nullptr;
+  }
+  long getUsageCount(const ZylExtractableI* extractable) const noexcept {
+    const long id = extractable->getId();
+    return static_cast<unsigned long>(id) < static_cast<unsigned long>(_idCapacity)
+               ? _usageCounts[id]
+               : 0;
+  }
+  /// Makes the tables hold the highest id of the environment, or `id`.
+  void setMaxId();
+  void setMaxId(long id);
+  long getIdCapacity() const noexcept { return _idCapacity; }
+
+  /// Timer on, `solve`, timer off.
+  bool callSolve();
+  /// Returns the evaluator, made on the first call.
+  ZylModelEvaluatorI* getModelEvaluator();
+  /// Forgets the evaluator without deleting it.
+  void unlinkEvaluator() noexcept { _modelEvaluator = nullptr; }
+
+  ZylEnvI* getEnvI() const noexcept { return _env; }
+  ZylEnv getEnv() const noexcept { return ZylEnv(_env); }
+  const ZylModelI* getModelI() const noexcept { return _model; }
+  ZylAlgorithmI* getNextAlgorithm() const noexcept { return _nextAlgorithm; }
+  std::ostream& out() const noexcept { return *_outStream; }
+  std::ostream& warning() const noexcept { return *_warningStream; }
+  std::ostream& error() const noexcept { return *_errorStream; }
+  void setOut(std::ostream& stream);
+  void setWarning(std::ostream& stream) noexcept { _warningStream = &stream; }
+  void setError(std::ostream& stream) noexcept { _errorStream = &stream; }
+  bool isSearchActive() const noexcept { return _searchActive != 0; }
+  const ZylExtractableArray& getFailedExtractions() const noexcept { return _failedExtractions; }
+  const ZylExtractableArray& getFailedRemovals() const noexcept { return _failedRemovals; }
+
+ private:
+  friend class ZylEnvI;
+  ZylGenAlloc* extensionAlloc() const noexcept { return _env->getGenAlloc(); }
+  void baseClear();
+  void extractGlobally(const ZylExtractableI* extractable, ZylExtractionScope* scope);
+  void extractInScope(const ZylExtractableI* extractable);
+  [[noreturn]] void refuseExtraction(const ZylExtractableI* extractable);
+  template <class Refusal>
+  [[noreturn]] void raiseRefusal(const ZylExtractableArray& objects);
+  bool deliver(const ZylChange& change, void** handle, const ZylExtractableI* extractable);
+
+ protected:
+  // An engine writes `_extractionScope` and `_searchActive` itself; the library only reads them.
+  ZylEnvI* _env;
+  const ZylModelI* _model;
+  ZylAlgorithmI* _nextAlgorithm;
+  ZylTimer _timer;
+  std::ostream* _outStream;
+  std::ostream* _warningStream;
+  std::ostream* _errorStream;
+  void** _extractionHandles;
+  long* _usageCounts;
+  long _idCapacity;
+  ZylExtractionScope* _extractionScope;
+  ZylExtractableArray _failedRemovals;
+  ZylExtractableArray _failedExtractions;
+  long _searchActive;
+  ZylSolutionManagerI* _solutionManager;
+  ZylModelEvaluatorI* _modelEvaluator;
+  ZylExtension* _extension;
+};
+
+#endif

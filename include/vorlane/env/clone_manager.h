@@ -1,0 +1,52 @@
+// The memo of deep copies, in which shared objects stay shared.
+
+#ifndef ZYL_ENV_CLONE_MANAGER_H
+#define ZYL_ENV_CLONE_MANAGER_H
+
+#include "vorlane/env/array.h"
+
+/// Knows the clones made in an environment, by the ids of their originals: one indexed read each.
+///
+/// The memo lasts for the outermost `getClone`, or as long as a client holds the lock. A cycle in the
+/// graph does not end.
+class ZYL_EXPORT ZylCloneManager {
+ public:
+  explicit ZylCloneManager(ZylEnvI* env) : _env(env) {}
+  ~ZylCloneManager();
+  ZylCloneManager(const ZylCloneManager&) = delete;
+  ZylCloneManager& operator=(const ZylCloneManager&) = delete;
+
+  /// Returns 0 if the manager was locked already, else locks it and returns 1.
+  long lock() noexcept;
+  /// Unlocks and forgets everything.
+  void unlock();
+  bool isLocked() const noexcept { return _locked != 0; }
+  /// A mark in the list of clones, and the way back to it.
+  long lockLevel() const;
+  void unlockLevel(long level) { clearLevel(level); }
+  void clear();
+  void clearLevel(long level);
+  bool hasClone(const ZylExtractableI* object) const;
+  void setClone(const ZylExtractableI* object, ZylExtractableI* clone);
+  /// Returns the clone, making it first if there is none. What `makeClone` raises passes on, with
+  /// the lock as it was.
+  ZylExtractableI* getClone(const ZylExtractableI* object);
+  /// Makes the id a valid index.
+  void setMaxId(long id);
+  /// Lets the environment's expander decide about clones; false if one does already.
+  bool pushExpander();
+  void popExpander() noexcept { _expander = nullptr; }
+  /// The object with this id dies: its clone is not the next object's.
+  void forget(long id) noexcept;
+
+ private:
+  void** slot(long id) const noexcept;
+
+  ZylEnvI* _env;
+  long _locked = 0;
+  ZylArrayI* _clones = nullptr;  // by id: the clone or null
+  ZylArrayI* _cloned = nullptr;  // ids in order of cloning
+  ZylExpanderI* _expander = nullptr;
+};
+
+#endif

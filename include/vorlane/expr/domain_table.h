@@ -1,0 +1,45 @@
+// The tables of shared domains: one domain for all variables of equal plain bounds.
+
+#ifndef ZYL_EXPR_DOMAIN_TABLE_H
+#define ZYL_EXPR_DOMAIN_TABLE_H
+
+#include "vorlane/collection/range.h"
+#include "vorlane/env/hash_table.h"
+#include "vorlane/expr/domain.h"
+
+ZYL_EXPORT long ZylIntDomainHashFunction(ZylIntRangeI* range, long n);
+ZYL_EXPORT long ZylIntDomainCompFunction(ZylIntRangeI* a, ZylIntRangeI* b);
+ZYL_EXPORT long ZylNumDomainHashFunction(ZylNumRangeI* range, long n);
+/// A NaN bound equals nothing.
+ZYL_EXPORT long ZylNumDomainCompFunction(ZylNumRangeI* a, ZylNumRangeI* b);
+
+/// Maps ranges to domains; owns both.
+template <class K>
+class ZylSharedDomainHash : public ZylEnvHashTable<K, ZylVarDomainI*> {
+ public:
+  using Table = ZylEnvHashTable<K, ZylVarDomainI*>;
+  using Table::Table;
+  ~ZylSharedDomainHash() override {
+    ZylEnvI* env = this->getEnv();
+    this->forEach([env](K range, ZylVarDomainI* domain) {
+      domain->suicide(env, domain);
+      delete range;
+    });
+  }
+};
+
+class ZYL_EXPORT ZylIntSharedDomainHash final : public ZylSharedDomainHash<ZylIntRangeI*> {
+ public:
+  ZylIntSharedDomainHash(ZylEnvI* env, long buckets)
+      : ZylSharedDomainHash<ZylIntRangeI*>(env->getGenAlloc(), buckets, &ZylIntDomainHashFunction,
+                                           &ZylIntDomainCompFunction) {}
+};
+
+class ZYL_EXPORT ZylNumSharedDomainHash final : public ZylSharedDomainHash<ZylNumRangeI*> {
+ public:
+  ZylNumSharedDomainHash(ZylEnvI* env, long buckets)
+      : ZylSharedDomainHash<ZylNumRangeI*>(env->getGenAlloc(), buckets, &ZylNumDomainHashFunction,
+                                           &ZylNumDomainCompFunction) {}
+};
+
+#endif

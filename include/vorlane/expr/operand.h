@@ -1,0 +1,113 @@
+// What may stand on either side of an operator, classified at compile time.
+//
+// Operators between model objects are one constrained template each, which reads the classes below
+// and calls an out-of-line body. There is no set of overloads to choose from, so literals of any
+// type, variables, terms, expressions and constraints mix freely, in either order, and nothing is
+// ever ambiguous. Classes derived from the handles count as what they derive from.
+
+#ifndef ZYL_EXPR_OPERAND_H
+#define ZYL_EXPR_OPERAND_H
+
+#include <concepts>
+#include <type_traits>
+
+#include "vorlane/expr/lin_term.h"
+
+namespace zyl::detail {
+
+enum class OperandKind {
+  None,
+  Integer,  // a number
+  Real,     // a number
+  NumVar,
+  IntVar,
+  NumTerm,
+  IntTerm,
+  NumExpr,
+  IntExpr
+};
+
+template <class T>
+consteval OperandKind classify() {
+  if constexpr (std::integral<T>) return OperandKind::Integer;
+  else if constexpr (std::floating_point<T>) return OperandKind::Real;
+  // Named constants of unscoped enumerations are integers.
+  else if constexpr (std::is_enum_v<T>)
+    return std::convertible_to<T, long> ? OperandKind::Integer : OperandKind::None;
+  else if constexpr (!std::is_class_v<T>) return OperandKind::None;
+  else if constexpr (std::derived_from<T, ZylNumVar>) return OperandKind::NumVar;
+  else if constexpr (std::derived_from<T, ZylIntVar>) return OperandKind::IntVar;
+  else if constexpr (std::derived_from<T, ZylNumLinExprTerm>) return OperandKind::NumTerm;
+  else if constexpr (std::derived_from<T, ZylIntLinExprTerm>) return OperandKind::IntTerm;
+  else if constexpr (std::derived_from<T, ZylIntExprArg>) return OperandKind::IntExpr;
+  else if constexpr (std::derived_from<T, ZylNumExprArg>) return OperandKind::NumExpr;
+  else return OperandKind::None;
+}
+
+template <class T>
+inline constexpr OperandKind KindOf = classify<std::remove_cvref_t<T>>();
+
+/// A number that is integral, any number.
+template <class T>
+concept IntegerOperand = KindOf<T> == OperandKind::Integer;
+template <class T>
+concept NumberOperand = IntegerOperand<T> || KindOf<T> == OperandKind::Real;
+
+template <class T>
+concept VariableOperand = KindOf<T> == OperandKind::NumVar || KindOf<T> == OperandKind::IntVar;
+template <class T>
+concept TermOperand = KindOf<T> == OperandKind::NumTerm || KindOf<T> == OperandKind::IntTerm;
+/// A variable, term or expression; one of integers.
+template <class T>
+concept ExprOperand = KindOf<T> != OperandKind::None && !NumberOperand<T>;
+template <class T>
+concept IntExprOperand = KindOf<T> == OperandKind::IntVar || KindOf<T> == OperandKind::IntTerm ||
+                         KindOf<T> == OperandKind::IntExpr;
+
+template <class T>
+concept Operand = ExprOperand<T> || NumberOperand<T>;
+/// Two operands of which one at least is no number.
+template <class A, class B>
+concept OperandPair = Operand<A> && Operand<B> && (ExprOperand<A> || ExprOperand<B>);
+/// The same where both are integer: the operation stays among the integers.
+template <class A, class B>
+concept IntOperandPair = OperandPair<A, B> && (IntExprOperand<A> || IntegerOperand<A>) &&
+                         (IntExprOperand<B> || IntegerOperand<B>);
+
+/// The expression of an operand. A term becomes a new linear node. Raises
+/// `ZylEmptyHandleException` for an empty handle.
+template <ExprOperand T>
+ZylNumExprI* toNumExpr(const T& operand) {
+  if constexpr (TermOperand<T>) {
+    return new (operand.getEnvI()) ZylNumLinTermI(operand);
+  } else {
+    ZylNumExprI* expr = operand.getImpl();
+    if (ZYL_UNLIKELY(expr == nullptr)) ZylRaiseEmptyHandle();
+    return expr;
+  }
+}
+
+/// The same among the integers.
+template <IntExprOperand T>
+ZylIntExprI* toIntExpr(const T& operand) {
+  if constexpr (TermOperand<T>) {
+    return new (operand.getEnvI()) ZylIntLinTermI(operand);
+  } else {
+    ZylIntExprI* expr = operand.getImpl();
+    if (ZYL_UNLIKELY(expr == nullptr)) ZylRaiseEmptyHandle();
+    return expr;
+  }
+}
+
+template <NumberOperand T>
+constexpr double toNum(T number) noexcept {
+  return static_cast<double>(number);
+}
+template <IntegerOperand T>
+constexpr long toInt(T number) noexcept {
+  return static_cast<long>(number);
+}
+
+}  // namespace zyl::detail
+
+#endif

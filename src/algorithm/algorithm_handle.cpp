@@ -1,0 +1,204 @@
+#include "vorlane/algorithm/algorithm.h"
+
+#include "env/property_check.h"
+#include "vorlane/expr/var_array.h"
+#include "vorlane/model/model.h"
+#include "vorlane/model/objective.h"
+
+using zyl::detail::checkedProperty;
+using zyl::detail::checkedSet;
+
+// Clients tell the failures apart: which operation raises what on an empty handle is given.
+
+ZylAlgorithmI* ZylAlgorithm::used() const {
+  if (_impl == nullptr) ZylRaiseWrongUsage("accessing ZylAlgorithm through 0 handle");
+  return _impl;
+}
+
+ZylAlgorithmI* ZylAlgorithm::called() const {
+  if (_impl == nullptr) ZylRaiseEmptyHandle("accessing ZylAlgorithm through 0 handle");
+  return _impl;
+}
+
+ZylAlgorithmI* ZylAlgorithm::owner() const {
+  if (_impl == nullptr) ZylRaiseEmptyHandle("ZylAlgorithm: Using empty handle");
+  return _impl;
+}
+
+namespace {
+
+ZylNumVarI* checkedVariable(ZylNumVarI* variable) {
+  if (variable == nullptr) ZylRaiseWrongUsage("Using empty ZylNumVar handle.");
+  return variable;
+}
+
+template <class Variables, class Values>
+void checkArrays(const Variables& variables, const Values& values) {
+  if (variables.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylNumVarArray.");
+  if (values.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylNumArray.");
+}
+
+const char* checkedName(const char* name) {
+  return zyl::detail::checkedName(name, "ZylAlgorithm: Using empty string");
+}
+
+}  // namespace
+
+void ZylAlgorithm::end() {
+  delete _impl;
+  _impl = nullptr;
+}
+
+ZylEnv ZylAlgorithm::getEnv() const { return used()->getEnv(); }
+
+ZylModel ZylAlgorithm::getModel() const {
+  return ZylModel(const_cast<ZylModelI*>(used()->getModelI()));  // NOLINT: handles are mutable
+}
+
+void ZylAlgorithm::extract(const ZylModel& model) const {
+  called();
+  if (model.getImpl() == nullptr) ZylRaiseEmptyHandle("cannot extract empty model");
+  _impl->load(model.getImpl());
+}
+
+void ZylAlgorithm::clear() const {
+  if (_impl != nullptr) _impl->clear();
+}
+
+bool ZylAlgorithm::isExtracted(const ZylExtractable& extractable) const {
+  used();
+  if (extractable.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylExtractable handle.");
+  return _impl->isInUse(extractable.getImpl());
+}
+
+bool ZylAlgorithm::solve() const { return called()->callSolve(); }
+
+ZylAlgorithm::Status ZylAlgorithm::getStatus() const {
+  used()->initTime();
+  return _impl->getStatus();
+}
+
+double ZylAlgorithm::getObjValue() const { return used()->getObjValue(); }
+
+double ZylAlgorithm::getValue(const ZylNumVar& variable) const {
+  used();
+  return _impl->getValue(checkedVariable(variable.getImpl()));
+}
+
+double ZylAlgorithm::getValue(const ZylIntVar& variable) const {
+  used();
+  return _impl->getValue(checkedVariable(variable.getImpl()));
+}
+
+double ZylAlgorithm::getValue(const ZylObjective& objective) const {
+  used();
+  if (objective.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylExtractable handle.");
+  return _impl->getValue(objective.getImpl());
+}
+
+double ZylAlgorithm::getValue(const ZylNumExprArg& expr) const {
+  if (_impl == nullptr) ZylRaiseWrongUsage("Using empty ZylAlgorithm.");
+  if (expr.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylExprArg.");
+  return _impl->getExprValue(expr.getImpl());
+}
+
+long ZylAlgorithm::getIntValue(const ZylIntVar& variable) const {
+  used();
+  return _impl->getIntValue(checkedVariable(variable.getImpl()));
+}
+
+void ZylAlgorithm::getValues(const ZylNumVarArray& variables, const ZylNumArray& values) const {
+  used();
+  checkArrays(variables, values);
+  _impl->getValues(variables, values);
+}
+
+// Engines see one entry point for both kinds of array.
+void ZylAlgorithm::getValues(const ZylIntVarArray& variables, const ZylNumArray& values) const {
+  used();
+  checkArrays(variables, values);
+  _impl->getValues(ZylNumVarArray(variables.getImpl()), values);
+}
+
+void ZylAlgorithm::getIntValues(const ZylIntVarArray& variables, const ZylIntArray& values) const {
+  used();
+  checkArrays(variables, values);
+  _impl->getIntValues(variables, values);
+}
+
+double ZylAlgorithm::getTime() const { return owner()->getTime(); }
+void ZylAlgorithm::printTime() const { owner()->printTime(); }
+void ZylAlgorithm::resetTime() const { owner()->resetTime(); }
+std::ostream& ZylAlgorithm::out() const { return owner()->out(); }
+std::ostream& ZylAlgorithm::warning() const { return owner()->warning(); }
+std::ostream& ZylAlgorithm::error() const { return owner()->error(); }
+
+void ZylAlgorithm::setOut(std::ostream& stream) const {
+  if (_impl == nullptr) ZylRaiseWrongUsage("Using empty ZylEnv handle.");
+  _impl->setOut(stream);
+}
+
+void ZylAlgorithm::setWarning(std::ostream& stream) const {
+  if (_impl == nullptr) ZylRaiseWrongUsage("Using empty ZylEnv handle.");
+  _impl->setWarning(stream);
+}
+
+void ZylAlgorithm::setError(std::ostream& stream) const {
+  if (_impl == nullptr) ZylRaiseWrongUsage("Using empty ZylEnv handle.");
+  _impl->setError(stream);
+}
+
+const char* ZylAlgorithm::getName() const { return owner()->getName(); }
+void ZylAlgorithm::setName(const char* name) const { owner()->setName(name); }
+void* ZylAlgorithm::getObject() const { return owner()->getObject(); }
+void ZylAlgorithm::setObject(void* object) const { owner()->setObject(object); }
+
+ZylNamedPropertySet ZylAlgorithm::getProperties() const {
+  return ZylNamedPropertySet(owner()->getProperties());
+}
+void ZylAlgorithm::setProperties(ZylNamedPropertySet properties) const {
+  owner()->setProperties(checkedSet(properties));
+}
+void ZylAlgorithm::removeAllProperties() const { owner()->removeAllProperties(); }
+void ZylAlgorithm::addProperty(ZylNamedProperty property) const {
+  owner()->addProperty(checkedProperty(property));
+}
+void ZylAlgorithm::addClonedProperty(ZylNamedProperty property) const {
+  owner()->addClonedProperty(checkedProperty(property));
+}
+void ZylAlgorithm::addProperties(ZylNamedPropertySet properties) const {
+  owner()->addProperties(checkedSet(properties));
+}
+bool ZylAlgorithm::hasProperty(const char* name) const {
+  return owner()->hasProperty(checkedName(name));
+}
+ZylNamedProperty ZylAlgorithm::getProperty(const char* name) const {
+  return ZylNamedProperty(owner()->getProperty(checkedName(name)));
+}
+const char* ZylAlgorithm::getStringProperty(const char* name) const {
+  return owner()->getStringProperty(checkedName(name));
+}
+void* ZylAlgorithm::getAnyProperty(const char* name) const {
+  return owner()->getAnyProperty(checkedName(name));
+}
+double ZylAlgorithm::getNumProperty(const char* name) const {
+  return owner()->getNumProperty(checkedName(name));
+}
+long ZylAlgorithm::getIntProperty(const char* name) const {
+  return owner()->getIntProperty(checkedName(name));
+}
+void ZylAlgorithm::setStringProperty(const char* name, const char* value) const {
+  owner()->setStringProperty(checkedName(name), value);
+}
+void ZylAlgorithm::setAnyProperty(const char* name, void* value) const {
+  owner()->setAnyProperty(checkedName(name), value);
+}
+void ZylAlgorithm::setNumProperty(const char* name, double value) const {
+  owner()->setNumProperty(checkedName(name), value);
+}
+void ZylAlgorithm::setIntProperty(const char* name, long value) const {
+  owner()->setIntProperty(checkedName(name), value);
+}
+void ZylAlgorithm::removeProperty(const char* name) const {
+  owner()->removeProperty(checkedName(name));
+}

@@ -1,0 +1,67 @@
+#include "vorlane/constraint/constraint.h"
+
+#include <ostream>
+
+#include "vorlane/algorithm/model_evaluator.h"
+#include "vorlane/model/visitor.h"
+
+ZYL_TYPE_DEF(ZylConstraintI, ZylIntExprI)
+ZYL_CP_HOOKS_DEF(ZylConstraintI)
+ZYL_TYPE_DEF(ZylConstConstraintI, ZylConstraintI)
+ZYL_CP_HOOKS_DEF(ZylConstConstraintI)
+
+void (*ZylConstraintI::_addToCP)(ZylAlgorithm, const ZylConstraintI*, void*) = nullptr;
+void (*ZylConstraintI::_removeFromCP)(ZylAlgorithm, const ZylConstraintI*, void*) = nullptr;
+
+bool ZylConstraintI::isRefCountedExpr() const { return false; }
+void ZylConstraintI::end() { ZylExtractableI::end(); }
+void ZylConstraintI::release() {}
+ZylConstraintI* ZylConstraintI::getInnerConstraint() { return this; }
+
+void ZylConstraintI::whenAddedToCP(ZylAlgorithm algorithm, void* handle) const {
+  if (_addToCP == nullptr) zyl::detail::raiseExtractFailure();
+  _addToCP(algorithm, this, handle);
+}
+
+void ZylConstraintI::whenRemovedFromCP(ZylAlgorithm algorithm, void* handle) const {
+  if (_removeFromCP == nullptr) zyl::detail::raiseRemoveFailure();
+  _removeFromCP(algorithm, this, handle);
+}
+
+double ZylConstraintI::eval(const ZylAlgorithm algorithm) const {
+  auto* self = const_cast<ZylConstraintI*>(this);  // NOLINT: evaluators take mutable objects
+  try {
+    ZylModelEvaluatorI* evaluator = _env->getModelEvaluator();
+    if (evaluator->isBound(this)) return evaluator->evaluate(static_cast<ZylNumExprI*>(self));
+  } catch (const ZylModelEvaluator::Unbound&) {
+    throw;
+  } catch (const ZylException&) {
+    // The evaluator cannot say: the algorithm is asked.
+  }
+  if (algorithm.getImpl() == nullptr) {
+    ZylRaiseWrongUsage("accessing ZylAlgorithm through 0 handle");
+  }
+  return algorithm.getImpl()->getValue(this);
+}
+
+ZylConstraint ZylConstraint::getClone(const ZylEnv& env) const {
+  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
+  return ZylConstraint(
+      static_cast<ZylConstraintI*>(env.getImpl()->getClone(checked("Using empty Handle"))));
+}
+
+ZylExtractableI* ZylConstConstraintI::makeClone(ZylEnvI* env) const {
+  return new (env) ZylConstConstraintI(env, _isTrue);
+}
+
+void ZylConstConstraintI::visitSubExtractables(ZylExtractableVisitor* visitor) {
+  visitor->beginVisit(this);
+  visitor->endVisit(this);
+}
+
+void ZylConstConstraintI::display(std::ostream& stream) const {
+  stream << (isTrue() ? "TrueConstraint " : "FalseConstraint ");
+}
+
+double ZylConstConstraintI::eval(const ZylAlgorithm) const { return isTrue() ? 1.0 : 0.0; }
+bool ZylConstConstraintI::isTrue() const { return _isTrue != 0; }

@@ -1,0 +1,354 @@
+// Coming up and going down, in fixed orders: what a step needs has come up before it, and goes down
+// after it.
+
+#include "vorlane/env/environment.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+#include "vorlane/algorithm/algorithm.h"
+#include "vorlane/algorithm/expander.h"
+#include "vorlane/algorithm/model_evaluator.h"
+#include "vorlane/env/clone_manager.h"
+#include "vorlane/env/destroyable_list.h"
+#include "vorlane/env/hash_table.h"
+#include "vorlane/env/number.h"
+#include "vorlane/env/plug_in.h"
+#include "vorlane/env/recycle_bin.h"
+#include "vorlane/env/symbol.h"
+#include "vorlane/expr/domain_table.h"
+#include "vorlane/expr/lin_term.h"
+
+using zyl::detail::allocateGlobal;
+using zyl::detail::EnvLock;
+using zyl::detail::releaseGlobal;
+
+namespace {
+
+constexpr long TableBuckets = 31;
+
+// A mark array is one block of words: link, in-use flag, capacity, then the marks.
+constexpr long MarkLink = 0;
+constexpr long MarkInUse = 1;
+constexpr long MarkCapacity = 2;
+constexpr long MarkHeader = 3;
+constexpr long MarkSlack = 1000;
+
+// An object of the global allocator; `T` is destroyed with plain delete.
+template <class T, class... Args>
+T* make(Args&&... args) {
+  void* block = allocateGlobal(sizeof(T));
+  try {
+    return ::new (block) T(std::forward<Args>(args)...);
+  } catch (...) {
+    releaseGlobal(block);
+    throw;
+  }
+}
+
+template <class T>
+void destroyPart(T*& part) {
+  delete part;
+  part = nullptr;
+}
+
+}  // namespace
+
+ZylEnv::AbortException::AbortException() : ZylException("ZylEnv has been requested to abort.") {}
+
+ZylEnv::IncompatibleMemoryManagerException::IncompatibleMemoryManagerException()
+    : ZylException("Incompatible memory manager") {}
+
+ZylEnv::ZylEnv() : _impl(make<ZylEnvI>()) {}
+
+ZylEnv::ZylEnv(const ZylMemoryManager& manager) : _impl(ZylGetEnv(manager)) {
+  if (_impl == nullptr) throw IncompatibleMemoryManagerException();
+}
+
+ZylEnvI::ZylEnvI()
+    : _flags(0), _useMemoryManager(std::getenv("ZYL_NO_MEMORY_MANAGER") == nullptr ? 1 : 0),
+      _memory(_useMemoryManager), _memoryMode(_useMemoryManager), _out(&std::cout),
+      _warning(&std::cerr), _error(&std::cerr), _nullStream(&_nullBuf),
+      _timer(ZylMemoryManager()) {
+  clearFields();
+  _version = "@(#)Vorlane library 12.3.0.0 (2010-07-01)";
+  _modelEvaluatorPop = &defaultModelEvaluator;
+  _expanderPop = &defaultExpander;
+  ZylInitGlobals();
+  if (_useMemoryManager != 0) _flags |= MemoryManagerFlag;
+  _timer.start();
+  try {
+    makeParts();
+  } catch (...) {
+    releaseParts();
+    throw;
+  }
+}
+
+void ZylEnvI::clearFields() noexcept {
+  _localEnv = nullptr;
+  _mtSafeAllocation = 0;
+  _mtSafeNormalization = 0;
+  _markArrays = nullptr;
+  _symbolTable = nullptr;
+  _idManager = nullptr;
+  _algorithms = nullptr;
+  _normalizationInhibited = 0;
+  _termSize = 0;
+  _termAllocator = nullptr;
+  _plugIns = nullptr;
+  _cloneManager = nullptr;
+  _destroyables = nullptr;
+  _deleter = nullptr;
+  _deleterMode = 0;
+  _tearingDown = 0;
+  _random = nullptr;
+  _alloc = nullptr;
+  _expander = nullptr;
+  _decisionExprMap = nullptr;
+  _mutex = nullptr;
+  _extension = nullptr;
+  _recycleBin = nullptr;
+  _intSharedDomains = nullptr;
+  _numSharedDomains = nullptr;
+  _emptySharedDeletedArray = nullptr;
+  _kvlDisplay = nullptr;
+  _schedGlobalExtractable = nullptr;
+  _extractors = nullptr;
+  _expanders = nullptr;
+  _ended = false;
+}
+
+void ZylEnvI::makeParts() {
+  _alloc = make<ZylVorlaneAlloc>(this);
+  _cloneManager = make<ZylCloneManager>(this);
+  _destroyables = make<ZylDestroyableList>(this, 1, &ZylDestroyableList::HashPointer,
+                                           &ZylDestroyableList::ComparePointers);
+  _symbolTable = new (_alloc) ZylSymbolTable(ZylMemoryManager(_alloc), TableBuckets);
+  _idManager = make<ZylIdManager>(&_memory);
+  _plugIns = make<ZylPlugInManager>(this);
+  _termSize = sizeof(ZylNumLinExprTermI);
+  _termAllocator = make<ZylFixedSizeAllocatorI>(_termSize);
+  if (_useMemoryManager == 0) _termAllocator->setUseIt(0);
+  _intSharedDomains = new (_alloc) ZylIntSharedDomainHash(this, TableBuckets);
+  _numSharedDomains = new (_alloc) ZylNumSharedDomainHash(this, TableBuckets);
+  _decisionExprMap = new (_alloc) ZylAny2BoolHashTable(_alloc, TableBuckets);
+}
+
+ZylEnvI::~ZylEnvI() { end(); }
+
+void ZylEnvI::end() {
+  if (_ended) return;
+  _ended = true;
+
+  destroyPart(_decisionExprMap);
+  _extractors = nullptr;
+  _expanders = nullptr;
+  _modelEvaluatorPop = nullptr;
+  _expanderPop = nullptr;
+  zyl::detail::Extended::end(_alloc, &_extension);
+
+  _tearingDown = 1;
+  destroyPart(_kvlDisplay);
+  while (ZylDestroyableI* object = _destroyables->getHead()) delete object;
+  destroyPart(_destroyables);
+  _tearingDown = 0;
+
+  while (_algorithms != nullptr) delete _algorithms;
+  _expander = nullptr;
+  _typedLists.end(this);
+  unsetDeleter();
+  if (_useMemoryManager == 0) deleteLiveObjects();
+  releaseParts();
+}
+
+// Also what undoes a coming up that failed half way: every part may still be missing.
+void ZylEnvI::releaseParts() noexcept {
+  if (_idManager != nullptr) _idManager->end();
+  destroyPart(_emptySharedDeletedArray);
+  destroyPart(_decisionExprMap);
+  destroyPart(_intSharedDomains);
+  destroyPart(_numSharedDomains);
+  _tearingDown = 1;
+  destroyPart(_plugIns);
+  _tearingDown = 0;
+  destroyPart(_destroyables);
+  destroyPart(_idManager);
+  destroyPart(_cloneManager);
+  destroyPart(_symbolTable);
+  destroyPart(_termAllocator);
+  destroyPart(_alloc);
+  destroyPart(_mutex);
+  freeMarks();
+}
+
+// With the pools off, each object that still lives is a block of its own and gets its destructor.
+void ZylEnvI::deleteLiveObjects() {
+  _tearingDown = 1;
+  for (long id = 0; id < _idManager->getMaxId(); ++id) {
+    ZylExtractableI* object = _idManager->getLive(id);
+    if (object == nullptr) continue;
+    _idManager->freeId(id);
+    object->_id = -1;
+    delete object;
+  }
+  _tearingDown = 0;
+}
+
+// --- memory ---------------------------------------------------------------------------------------
+
+char* ZylEnvI::strDup(const char* text) {
+  if (text == nullptr) return nullptr;
+  const std::size_t size = std::strlen(text) + 1;
+  auto* copy = static_cast<char*>(alloc(size));
+  std::memcpy(copy, text, size);
+  return copy;
+}
+
+void ZylEnvI::strFree(char* text) {
+  if (text != nullptr) free(text, std::strlen(text) + 1);
+}
+
+long ZylEnvI::getMemoryUsage() const noexcept {
+  return _memory.getMemoryUsage() + _termAllocator->getMemoryUsage();
+}
+
+long ZylEnvI::getTotalMemoryUsage() const noexcept {
+  return _memory.getTotalMemoryUsage() + _termAllocator->getTotalMemoryUsage();
+}
+
+long ZylEnvI::getIdManagerMemoryUsage() const noexcept {
+  return _idManager->getCapacity() * static_cast<long>(sizeof(void*));
+}
+
+ZylLocalEnvI* ZylEnvI::setLocalEnv(ZylLocalEnvI* local) noexcept {
+  ZylLocalEnvI* before = _localEnv;
+  _localEnv = local;
+  return before;
+}
+
+void ZylEnvI::useMTSafeAllocation(long use) {
+  if (_mtSafeAllocation == 0 && use != 0) {
+    if (_localEnv != nullptr) throw ZylNotSupportedOperation();
+    if (_mutex == nullptr) _mutex = ZylMakeEnvMutex();
+    _localEnv = make<ZylMTSafeLocalEnvI>(this, _localEnv);
+  } else if (_mtSafeAllocation != 0 && use == 0) {
+    auto* local = static_cast<ZylMTSafeLocalEnvI*>(_localEnv);
+    _localEnv = local->getPrevious();
+    delete local;
+  }
+  _mtSafeAllocation = use;
+}
+
+// --- marks ----------------------------------------------------------------------------------------
+
+namespace {
+void** linkOf(void** block) { return reinterpret_cast<void**>(block[MarkLink]); }
+long* wordOf(void** block, long word) { return reinterpret_cast<long*>(block + word); }
+}  // namespace
+
+void* ZylEnvI::newMarkArray() {
+  const long words = _idManager->getMaxId() + MarkSlack + MarkHeader;
+  auto** block = static_cast<void**>(allocateGlobal(static_cast<std::size_t>(words) * sizeof(void*)));
+  initMarkArray(block);
+  return block;
+}
+
+void ZylEnvI::initMarkArray(void** marks) {
+  const long capacity = _idManager->getMaxId() + MarkSlack;
+  std::memset(marks, 0, static_cast<std::size_t>(capacity + MarkHeader) * sizeof(void*));
+  *wordOf(marks, MarkCapacity) = capacity;
+}
+
+void** ZylEnvI::getMarkArray() {
+  if (_mtSafeNormalization == 0) throw ZylNotSupportedOperation();
+  EnvLock lock(_mutex);
+  void** before = nullptr;
+  void** block = _markArrays;
+  while (block != nullptr && *wordOf(block, MarkInUse) != 0) {
+    before = block;
+    block = linkOf(block);
+  }
+  if (block == nullptr || *wordOf(block, MarkCapacity) < _idManager->getMaxId()) {
+    auto** fresh = static_cast<void**>(newMarkArray());
+    if (block != nullptr) fresh[MarkLink] = block[MarkLink];
+    if (before != nullptr) {
+      before[MarkLink] = fresh;
+    } else {
+      _markArrays = fresh;
+    }
+    releaseGlobal(block);
+    block = fresh;
+  }
+  *wordOf(block, MarkInUse) = 1;
+  return block + MarkHeader;
+}
+
+void ZylEnvI::releaseMarkArray(void** marks) {
+  EnvLock lock(_mutex);
+  *wordOf(marks - MarkHeader, MarkInUse) = 0;
+}
+
+void ZylEnvI::freeMarks() {
+  while (_markArrays != nullptr) {
+    void** next = linkOf(_markArrays);
+    releaseGlobal(_markArrays);
+    _markArrays = next;
+  }
+}
+
+void ZylEnvI::useMTSafeNormalization(long use) {
+  if (_mtSafeNormalization == 0 && use != 0) {
+    _markArrays = static_cast<void**>(newMarkArray());
+  } else if (_mtSafeNormalization != 0 && use == 0) {
+    freeMarks();
+  }
+  _mtSafeNormalization = use;
+}
+
+// --- services -------------------------------------------------------------------------------------
+
+const char* ZylEnvI::intern(const char* text) {
+  if (text == nullptr) return nullptr;
+  EnvLock lock(_mutex);
+  return makeSymbol(text)->getText();
+}
+
+ZylSymbolI* ZylEnvI::makeSymbol(const char* text) { return _symbolTable->make(text); }
+ZylSymbolI* ZylEnvI::getSymbol(const char* text) const { return _symbolTable->get(text); }
+
+bool ZylEnvI::hasSymbol(const char* text) const {
+  return text != nullptr && _symbolTable->contains(text);
+}
+
+ZylSymbolI* ZylEnv::getSymbol(const char* text) const { return checked()->getSymbol(text); }
+ZylSymbolI* ZylEnv::makeSymbol(const char* text) const { return checked()->makeSymbol(text); }
+
+void ZylEnvI::addDestroyable(ZylDestroyableI* object) { _destroyables->add(object); }
+
+void ZylEnvI::removeDestroyable(ZylDestroyableI* object) { _destroyables->remove(object); }
+
+void ZylEnvI::printTime() const {
+  *_out << "Elapsed time since creation : " << getTime() << std::endl;
+}
+
+ZylExpanderI* ZylEnvI::getExpander() {
+  if (_expander == nullptr) _expander = _expanderPop(this);
+  return _expander;
+}
+
+ZylModelEvaluatorI* ZylEnvI::getModelEvaluator() { return getExpander()->getModelEvaluator(); }
+
+ZylKvlDisplayI::~ZylKvlDisplayI() = default;
+
+ZylKvlDisplayI* ZylKvlDisplayI::Register(ZylEnvI* env, ZylKvlDisplayI* display) {
+  ZylKvlDisplayI* before = env->_kvlDisplay;
+  if (before != nullptr && before != display) {
+    throw ZylWrongUsage("ZylKvlDisplayI::Register : callback is already set");
+  }
+  env->_kvlDisplay = display;
+  return before;
+}
+
+void ZylKvlDisplayI::Unregister(ZylEnvI* env, ZylKvlDisplayI*) { env->_kvlDisplay = nullptr; }

@@ -1,0 +1,194 @@
+#include "vorlane/env/memory.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace zyl::detail {
+
+bool (*failAllocation)() = nullptr;
+
+void* allocateGlobal(std::size_t size) {
+  if (ZYL_UNLIKELY(failAllocation != nullptr) && failAllocation()) ZylRaiseMemory();
+  void* block = ::operator new(size, std::nothrow);
+  if (block == nullptr) ZylRaiseMemory();
+  return block;
+}
+
+void releaseGlobal(void* block) noexcept { ::operator delete(block); }
+
+namespace {
+
+constexpr long WordBytes = 8;
+constexpr long BlockWords = 500;
+// Cells above this get a block each.
+constexpr long LargestSharedCell = BlockWords * WordBytes;
+
+long wordsOf(long bytes) { return (bytes + WordBytes - 1) / WordBytes; }
+
+long readLimit() {
+  const char* text = std::getenv("ZYL_MEMORY_MANAGER_LIMIT");
+  if (text == nullptr) return 4001;
+  return static_cast<int>(std::strtol(text, nullptr, 10));
+}
+
+}  // namespace
+}  // namespace zyl::detail
+
+using zyl::detail::allocateGlobal;
+using zyl::detail::releaseGlobal;
+
+void* ZylAllocationList::alloc(long size) {
+  auto* cell = static_cast<Cell*>(allocateGlobal(sizeof(Cell) + static_cast<std::size_t>(size)));
+  *cell = Cell{size, nullptr, _head};
+  if (_head != nullptr) _head->prev = cell;
+  _head = cell;
+  _memory += _size >= 0 ? _size : size;
+  return cell + 1;
+}
+
+void ZylAllocationList::free(Cell* cell) noexcept {
+  if (cell->next != nullptr) cell->next->prev = cell->prev;
+  if (cell->prev != nullptr) {
+    cell->prev->next = cell->next;
+  } else {
+    _head = cell->next;
+  }
+  _memory -= _size >= 0 ? _size : cell->size;
+  releaseGlobal(cell);
+}
+
+void ZylAllocationList::free(void* block) noexcept { free(static_cast<Cell*>(block) - 1); }
+
+void ZylAllocationList::end() noexcept {
+  while (_head != nullptr) {
+    Cell* next = _head->next;
+    releaseGlobal(_head);
+    _head = next;
+  }
+  _memory = 0;
+}
+
+ZylFixedSizeAllocatorI::~ZylFixedSizeAllocatorI() {
+  while (_blocks != nullptr) {
+    ZYL_UNPOISON(_blocks, sizeof(void*));
+    void* next = *static_cast<void**>(_blocks);
+    releaseGlobal(_blocks);
+    _blocks = next;
+  }
+  if (_list != nullptr) _list->end();
+  delete _list;
+}
+
+void* ZylFixedSizeAllocatorI::allocSlow(ZylMemory* memory) {
+  void* cell = allocateBlock(memory);
+  if (_useIt == 0) _total += _size;
+  _inUse += _size;
+  return cell;
+}
+
+void ZylFixedSizeAllocatorI::freeToList(void* cell) noexcept {
+  _list->free(cell);
+  _inUse -= _size;
+}
+
+void ZylFixedSizeAllocatorI::adopt(void* cell) noexcept {
+  *static_cast<void**>(cell) = _free;
+  _free = cell;
+  ZYL_POISON(static_cast<char*>(cell), static_cast<std::size_t>(_size));
+}
+
+void* ZylFixedSizeAllocatorI::allocateBlock(ZylMemory* memory) {
+  if (_useIt == 0) return _list->alloc(_size);
+
+  using zyl::detail::wordsOf;
+  const long words =
+      _size > zyl::detail::LargestSharedCell ? wordsOf(_size) : zyl::detail::BlockWords;
+  const long bytes = (words + 1) * zyl::detail::WordBytes;
+  auto* block = static_cast<void**>(allocateGlobal(static_cast<std::size_t>(bytes)));
+  *block = _blocks;
+  _blocks = block;
+  _total += bytes;
+
+  void** cell = block + 1;
+  if (_size > zyl::detail::LargestSharedCell) return cell;
+
+  const long cellWords = wordsOf(_size);
+  long rest = words;
+  void** last = nullptr;
+  while (rest > cellWords) {
+    if (last != nullptr) {
+      *last = _free;
+      _free = last;
+      ZYL_POISON(last, static_cast<std::size_t>(_size));
+    }
+    last = cell;
+    cell += cellWords;
+    rest -= cellWords;
+  }
+  // The tail never goes to this class itself, a deliberate effect of taking the class below.
+  while (memory != nullptr && memory->getIndex(rest * zyl::detail::WordBytes) > 0) {
+    ZylFixedSizeAllocatorI* smaller =
+        memory->getClass(memory->getIndex(rest * zyl::detail::WordBytes) - 1);
+    smaller->adopt(cell);
+    cell += wordsOf(smaller->_size);
+    rest -= wordsOf(smaller->_size);
+  }
+  return last;
+}
+
+void ZylFixedSizeAllocatorI::setUseIt(long useIt) {
+  if (useIt == 0 && _list == nullptr) {
+    if (ZYL_UNLIKELY(zyl::detail::failAllocation != nullptr) && zyl::detail::failAllocation()) {
+      ZylRaiseMemory();
+    }
+    _list = new (std::nothrow) ZylAllocationList(_size);
+    if (_list == nullptr) ZylRaiseMemory();
+  }
+  _useIt = useIt;
+}
+
+ZylMemory::ZylMemory(long useIt)
+    : _classes{}, _largeList(nullptr), _limit(zyl::detail::readLimit()), _classCount(0) {
+  try {
+    _largeList = new (allocateGlobal(sizeof(ZylAllocationList))) ZylAllocationList();
+    long size = 0;
+    while (_classCount < 8 || (_limit >= 65 && _classCount < MaxClasses && size < _limit)) {
+      size = _classCount < 8 ? (_classCount + 1) * 8 : size * 2;
+      void* block = allocateGlobal(sizeof(ZylFixedSizeAllocatorI));
+      _classes[_classCount++] = new (block) ZylFixedSizeAllocatorI(size);
+    }
+    setUseIt(useIt);
+  } catch (const ZylMemoryException&) {
+    for (long i = 0; i < _classCount; ++i) delete _classes[i];
+    delete _largeList;
+    throw;
+  }
+}
+
+ZylMemory::~ZylMemory() {
+  for (long i = 0; i < _classCount; ++i) delete _classes[i];
+  _largeList->end();
+  delete _largeList;
+}
+
+long ZylMemory::getIndex(long size) const {
+  const long index = ClassOf(size);
+  if (index >= _classCount) ZylRaiseMemory();
+  return index;
+}
+
+void ZylMemory::setUseIt(long useIt) const {
+  for (long i = 0; i < _classCount; ++i) _classes[i]->setUseIt(useIt);
+}
+
+long ZylMemory::getMemoryUsage() const noexcept {
+  long sum = _largeList->getMemoryUsage();
+  for (long i = 0; i < _classCount; ++i) sum += _classes[i]->getMemoryUsage();
+  return sum;
+}
+
+long ZylMemory::getTotalMemoryUsage() const noexcept {
+  long sum = _largeList->getMemoryUsage();
+  for (long i = 0; i < _classCount; ++i) sum += _classes[i]->getTotalMemoryUsage();
+  return sum;
+}

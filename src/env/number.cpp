@@ -1,0 +1,233 @@
+#include "vorlane/env/number.h"
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+double ZylInfinityValue = 0.0;
+
+void ZylInitGlobals() { ZylInfinityValue = ZylComputeInfinity(); }
+double ZylGetInfinity() { return ZylInfinityValue; }
+double ZylComputeInfinity() { return std::bit_cast<double>(0x7FF0000000000000L); }
+
+bool ZylIsNAN(double value) { return std::isnan(value); }
+bool ZylNumIsInteger(double value) { return std::isfinite(value) && std::floor(value) == value; }
+double ZylRound(double value) { return std::round(value); }
+double ZylKvlRound(double value) { return std::floor(value + 0.5); }
+
+ZylInt ZylTrunc(double value) {
+  if (value < static_cast<double>(ZylIntMin)) return ZylIntMin;
+  if (value > static_cast<double>(ZylIntMax)) return ZylIntMax;
+  return std::isnan(value) ? 0 : static_cast<ZylInt>(value);
+}
+
+long ZylDownDiv(long a, long b) {
+  const long quotient = a / b;
+  return a % b != 0 && (a < 0) != (b < 0) ? quotient - 1 : quotient;
+}
+
+long ZylUpDiv(long a, long b) {
+  const long quotient = a / b;
+  return a % b != 0 && (a < 0) == (b < 0) ? quotient + 1 : quotient;
+}
+
+namespace {
+void loadControlWord([[maybe_unused]] unsigned short word) {
+#if defined(__x86_64__) || defined(__i386__)
+  __asm__ volatile("fldcw %0" : : "m"(word));
+#endif
+}
+}  // namespace
+
+void ZylEnableNANDetection() { loadControlWord(0xFFFE); }
+void ZylDisableNANDetection() { loadControlWord(0x0001); }
+
+ZylParsingNumberMismatch::ZylParsingNumberMismatch(const char* text, Type type)
+    : ZylException("Problem parsing this string"), _string(text), _type(type) {}
+
+namespace {
+
+bool startsWith(const char* text, const char* prefix) {
+  return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
+}
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+}  // namespace
+
+double ZylParseNum(const char* text) {
+  if (startsWith(text, "infinity") || startsWith(text, "Infinity")) return ZylInfinity;
+  if (startsWith(text, "-infinity") || startsWith(text, "-Infinity")) return -ZylInfinity;
+  errno = 0;
+  char* end = nullptr;
+  const double value = ZylStrtod(text, &end);
+  if (*end != '\0') throw ZylParsingNumberMismatch(text, ZylParsingNumberMismatch::BadNum);
+  if (errno == ERANGE) throw ZylParsingNumberMismatch(text, ZylParsingNumberMismatch::OutOfRange);
+  return value;
+}
+
+long ZylParseInt(const char* text) {
+  if (startsWith(text, "maxint")) return ZylIntMax;
+  if (startsWith(text, "-maxint")) return ZylIntMin;
+  if (startsWith(text, "true")) return 1;
+  if (startsWith(text, "false")) return 0;
+  errno = 0;
+  char* end = nullptr;
+  const long value = std::strtol(text, &end, 10);
+  if (*end != '\0') throw ZylParsingNumberMismatch(text, ZylParsingNumberMismatch::BadInt);
+  if (errno == ERANGE) throw ZylParsingNumberMismatch(text, ZylParsingNumberMismatch::OutOfRange);
+  return value;
+}
+
+namespace {
+
+constexpr long MaxDigits = 18;
+constexpr long MaxExponent = 511;
+constexpr double PowersOf10[] = {10.,    100.,   1.0e4,   1.0e8,  1.0e16,
+                                 1.0e32, 1.0e64, 1.0e128, 1.0e256};
+
+// The digits of a mantissa: its value, and the power of ten that its last kept digit stands for.
+struct Mantissa {
+  const char* end;
+  long digits;
+  double value;
+  long exponent;
+};
+
+Mantissa readMantissa(const char* p) {
+  long digits = 0;
+  long kept = 0;
+  long behindPoint = 0;
+  bool point = false;
+  long parts[2] = {0, 0};
+  for (;; ++p) {
+    if (*p == '.' && !point) {
+      point = true;
+      continue;
+    }
+    if (!isDigit(*p)) break;
+    ++digits;
+    if (kept == MaxDigits) {
+      // Dropped, but it still counts for the place of the point.
+      if (!point) --behindPoint;
+      continue;
+    }
+    long& part = parts[kept < 9 ? 0 : 1];
+    part = part * 10 + (*p - '0');
+    ++kept;
+    if (point) ++behindPoint;
+  }
+  double scale = 1.0;
+  for (long i = 9; i < kept; ++i) scale *= 10.0;
+  const double value = static_cast<double>(parts[0]) * scale + static_cast<double>(parts[1]);
+  return {p, digits, value, -behindPoint};
+}
+
+}  // namespace
+
+double ZylStrtod(const char* text, char** end) {
+  const char* p = text;
+  while (isSpace(*p)) ++p;
+  const bool negative = *p == '-';
+  if (*p == '-' || *p == '+') ++p;
+
+  const Mantissa mantissa = readMantissa(p);
+  p = mantissa.end;
+  double value = mantissa.value;
+  if (mantissa.digits == 0) {
+    value = 0.0;
+    p = text;
+  } else {
+    long exponent = 0;
+    bool negativeExponent = false;
+    if (*p == 'e' || *p == 'E') {
+      ++p;
+      negativeExponent = *p == '-';
+      if (*p == '-' || *p == '+') ++p;
+      // Far beyond what counts, so that more digits cannot overflow.
+      for (; isDigit(*p); ++p) exponent = std::min(exponent * 10 + (*p - '0'), 100000000L);
+    }
+    exponent = mantissa.exponent + (negativeExponent ? -exponent : exponent);
+    const bool divide = exponent < 0;
+    exponent = std::abs(exponent);
+    if (exponent > MaxExponent) {
+      errno = ERANGE;
+      exponent = MaxExponent;
+    }
+    double factor = 1.0;
+    for (long bit = 0; exponent != 0; exponent >>= 1, ++bit) {
+      if ((exponent & 1) != 0) factor *= PowersOf10[bit];
+    }
+    value = divide ? value / factor : value * factor;
+  }
+  if (end != nullptr) *end = const_cast<char*>(p);  // NOLINT: the signature of strtod
+  return negative ? -value : value;
+}
+
+long convertZylNum(char* buffer, unsigned long size, double value, int precision, int* status) {
+  const int digits = precision == -1 ? 14 : std::clamp(precision, 1, 14);
+  *status = 0;
+  char text[64];
+  std::snprintf(text, sizeof(text), "%22.*e", digits, value);
+  char* e = std::strchr(text, 'e');
+  if (e == nullptr) {
+    *status = -1;
+    return ZylSPrintf(buffer, size, "?");
+  }
+  const long exponent = std::strtol(e + 1, nullptr, 10);
+  const char sign = e[1];
+  char* first = text;
+  while (!isDigit(*first)) ++first;
+  first[1] = '.';
+
+  char mantissa[32];  // the digits without the point
+  long count = 0;
+  for (const char* p = first; p != e; ++p) {
+    if (isDigit(*p)) mantissa[count++] = *p;
+  }
+  while (count > 1 && mantissa[count - 1] == '0') --count;
+
+  char result[64];
+  char* out = result;
+  const auto put = [&](long from, long to) {
+    for (long i = from; i < to; ++i) *out++ = i < count ? mantissa[i] : '0';
+  };
+  if (exponent >= -6 && exponent <= digits) {
+    if (exponent < 0) {
+      *out++ = '0';
+      *out++ = '.';
+      for (long i = -1; i > exponent; --i) *out++ = '0';
+      put(0, count);
+    } else {
+      put(0, exponent + 1);
+      if (count > exponent + 1) {
+        *out++ = '.';
+        put(exponent + 1, count);
+      }
+    }
+    *out = '\0';
+    return ZylSPrintf(buffer, size, "%s", result);
+  }
+  put(0, 1);
+  if (count > 1) {
+    *out++ = '.';
+    put(1, count);
+  }
+  *out = '\0';
+  return ZylSPrintf(buffer, size, "%s%c%c%d", result, 'e', sign,
+                    static_cast<int>(std::abs(exponent)));
+}
+
+long ZylSPrintf(char* buffer, unsigned long size, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int length = std::vsnprintf(buffer, size, format, arguments);
+  va_end(arguments);
+  return length;
+}

@@ -1,0 +1,264 @@
+// Life and death of extractables.
+//
+// A removal marks objects in the id table (all bits set), asks every other live object whether it
+// can go on without them, and lets what cannot go too. Marked objects are hidden from the scans.
+// Invariants of a removal that destroys:
+//   1. every object in the bin's first array is marked, and was announced before it dies;
+//   2. what is still in that array when an exception leaves is alive, and gets its slot back.
+
+#include "vorlane/env/clone_manager.h"
+#include "vorlane/env/environment.h"
+#include "vorlane/env/plug_in.h"
+#include "vorlane/env/recycle_bin.h"
+#include "vorlane/expr/num_expr.h"
+#include "vorlane/model/change.h"
+
+/// Makes and installs the bin of an outermost removal, and takes it down whatever leaves.
+class ZylEnvI::RemovalScope {
+ public:
+  explicit RemovalScope(ZylEnvI* env) : _env(env), _bin(env) { env->_recycleBin = &_bin; }
+  ~RemovalScope() {
+    const ZylExtractableArray& marked = _bin.getMarked();
+    for (long i = 0; i < marked.getSize(); ++i) {
+      _env->_idManager->set(marked.getI(i)->getId(), marked.getI(i));
+    }
+    _env->_recycleBin = nullptr;
+    _bin.end();
+  }
+  RemovalScope(const RemovalScope&) = delete;
+  RemovalScope& operator=(const RemovalScope&) = delete;
+
+  ZylRecycleBinI* operator->() noexcept { return &_bin; }
+
+ private:
+  ZylEnvI* _env;
+  ZylRecycleBinI _bin;
+};
+
+void ZylEnvI::init(ZylExtractableI* object) {
+  if (ZYL_UNLIKELY(_localEnv != nullptr)) {
+    object->_id = _localEnv->init(object);
+    return;
+  }
+  object->_id = _idManager->newId(object);
+  if (ZYL_UNLIKELY(!_typedLists.isEmpty())) _typedLists.add(object);
+  if (ZYL_UNLIKELY(_deleter != nullptr)) _deleter->created(object);
+}
+
+void ZylEnvI::finit(ZylExtractableI* object) {
+  const long id = object->_id;
+  _cloneManager->forget(id);
+  if (_localEnv != nullptr) {
+    _localEnv->releaseId(id);
+  } else {
+    if (!_typedLists.isEmpty()) _typedLists.remove(object);
+    _idManager->freeId(id);
+    if (_deleter != nullptr) _deleter->ended(object);
+  }
+  object->_id = -1;
+}
+
+void ZylEnvI::destroy(ZylExtractableI* object, long keep, long notify) {
+  if (notify != 0) object->notify(ZylDestroyExtractable(object));
+  if (_recycleBin != nullptr) {
+    // Its owners may die later in this removal, and will release it.
+    const auto* expr = zyl::as<ZylNumExprI>(object);
+    if (expr != nullptr && expr->getCount() > 0) _recycleBin->addDying(object);
+  }
+  finit(object);
+  if (keep == 0) delete object;
+}
+
+void ZylEnvI::removeVerticalEnv(void* object) {
+  if (object == nullptr) return;
+  auto* extractable = static_cast<ZylExtractableI*>(object);
+  _idManager->freeId(extractable->_id);
+  extractable->_id = -1;
+  delete extractable;
+}
+
+ZylExtractableArray ZylEnvI::getOrMakeEmptySharedDeletedArray() {
+  if (_emptySharedDeletedArray == nullptr) {
+    _emptySharedDeletedArray = new (static_cast<ZylGenAlloc*>(_alloc)) ZylArrayI(_alloc, 0L);
+  }
+  _emptySharedDeletedArray->truncate(0);
+  return ZylExtractableArray(_emptySharedDeletedArray);
+}
+
+// Asks each live object in turn, until a whole scan has added nothing to the bin. An object may die
+// or be made while the scan runs; slots are read afresh each time.
+void ZylEnvI::scanForDependants(long maxId) {
+  for (;;) {
+    const long before = _recycleBin != nullptr ? _recycleBin->getMarked().getSize() : 0;
+    for (long id = 0; id < maxId && id < _idManager->getCapacity(); ++id) {
+      if (ZylExtractableI* object = _idManager->getLive(id)) object->atRemove(nullptr, nullptr);
+    }
+    if (_recycleBin == nullptr || _recycleBin->isReleasing()) return;
+    if (_recycleBin->getMarked().getSize() == before) return;
+  }
+}
+
+// Destroys what the bin holds and what arrives meanwhile, batch by batch.
+void ZylEnvI::runBatches() {
+  while (_recycleBin->getMarked().getSize() > 0) {
+    _recycleBin->startReleaseMode();
+    destroyBatch();
+    _recycleBin->endReleaseMode();
+  }
+}
+
+void ZylEnvI::destroyBatch() {
+  const ZylExtractableArray& marked = _recycleBin->getMarked();
+  ZylExtractableArray batch = getOrMakeEmptySharedDeletedArray();
+  for (long i = marked.getSize() - 1; i >= 0; --i) batch.addI(marked.getI(i));
+  change(ZylDestroyExtractableArray(batch));
+  for (long i = marked.getSize() - 1; i >= 0; --i) {
+    ZylExtractableI* object = marked.getI(i);
+    marked.getImpl()->truncate(i);
+    destroy(object, /*keep=*/0, /*notify=*/0);
+  }
+  batch.getImpl()->truncate(0);
+}
+
+void ZylEnvI::removeFromAll(ZylExtractableI* object) {
+  if (isMarked(object)) return;
+  if (_recycleBin != nullptr) {
+    // Inside a removal: the dependants join the bin, the object itself stays alive.
+    _idManager->mark(object->getId());
+    try {
+      scanForDependants(_idManager->getMaxId());
+    } catch (...) {
+      _idManager->set(object->getId(), object);
+      throw;
+    }
+    _idManager->set(object->getId(), object);
+    ZylExtractableArray one = ZylExtractableArray(ZylEnv(this));
+    one.addI(object);
+    try {
+      change(ZylRemoveFromAllChange(one));
+    } catch (...) {
+      one.end();
+      throw;
+    }
+    one.end();
+    return;
+  }
+  RemovalScope bin(this);
+  bin->add(object);
+  bin->removeFromAll();
+  bin->keepFirst();
+  runBatches();
+}
+
+namespace {
+
+/// Marks the elements of an array, and gives them their slots back whatever leaves.
+class MarkedArray {
+ public:
+  MarkedArray(ZylEnvI* env, const ZylExtractableArray& objects) : _env(env), _objects(objects) {
+    for (long i = 0; i < objects.getSize(); ++i) {
+      ZylExtractableI* object = objects.getI(i);
+      if (object != nullptr && object->getId() != -1) env->getIdManager()->mark(object->getId());
+    }
+  }
+  ~MarkedArray() {
+    for (long i = 0; i < _objects.getSize(); ++i) {
+      ZylExtractableI* object = _objects.getI(i);
+      if (object != nullptr && object->getId() != -1) {
+        _env->getIdManager()->set(object->getId(), object);
+      }
+    }
+  }
+  MarkedArray(const MarkedArray&) = delete;
+  MarkedArray& operator=(const MarkedArray&) = delete;
+
+ private:
+  ZylEnvI* _env;
+  ZylExtractableArray _objects;
+};
+
+}  // namespace
+
+void ZylEnvI::removeFromAll(ZylExtractableArray objects) {
+  if (objects.getSize() == 0) return;
+  {
+    MarkedArray marks(this, objects);
+    const long maxId = _idManager->getMaxId();
+    long before = 0;
+    do {
+      before = objects.getSize();
+      for (long id = 0; id < maxId && id < _idManager->getCapacity(); ++id) {
+        if (ZylExtractableI* object = _idManager->getLive(id)) object->atRemove(nullptr, nullptr);
+      }
+    } while (objects.getSize() != before);
+  }
+  change(ZylRemoveFromAllChange(objects));
+}
+
+void ZylEnvI::removeFromAllAndDestroy(ZylExtractableI* object, long flag) {
+  if (_deleter != nullptr) {
+    removeAndDelete(object, flag);
+    return;
+  }
+  if (_recycleBin != nullptr) {
+    _recycleBin->add(object);
+    return;
+  }
+  RemovalScope bin(this);
+  bin->add(object);
+  bin->removeFromAll();
+  runBatches();
+}
+
+void ZylEnvI::removeFromAllAndDestroy(ZylExtractableArray objects, long flag) {
+  if (_deleter != nullptr) {
+    removeAndDelete(objects, flag);
+    return;
+  }
+  if (_recycleBin != nullptr) {
+    for (long i = 0; i < objects.getSize(); ++i) {
+      if (objects.getI(i) != nullptr) _recycleBin->add(objects.getI(i));
+    }
+    return;
+  }
+  RemovalScope bin(this);
+  for (long i = 0; i < objects.getSize(); ++i) {
+    if (objects.getI(i) != nullptr) bin->add(objects.getI(i));
+  }
+  bin->removeFromAll();
+  runBatches();
+  objects.clear();
+}
+
+// --- the deleter ----------------------------------------------------------------------------------
+
+void ZylEnvI::setDeleter(ZylBaseDeleterI* deleter, long mode) noexcept {
+  _deleter = deleter;
+  _deleterMode = mode;
+}
+
+void ZylEnvI::removeAndDelete(ZylExtractableI* object, long flag) {
+  if (_deleter != nullptr) _deleter->removeAndDelete(object, flag);
+}
+
+void ZylEnvI::removeAndDelete(ZylExtractableArray objects, long flag) {
+  if (_deleter != nullptr) _deleter->removeAndDelete(objects, flag);
+}
+
+void ZylEnvI::inhibitDeleter(long inhibit) {
+  if (_deleter == nullptr) {
+    ZylRaiseWrongUsage("ZylEnvI::inhibitDeleter: no deleter is installed");
+  }
+  _deleter->inhibit(inhibit);
+}
+
+void ZylEnvI::setDeleterVerbosityLevel(long level) {
+  if (_deleter != nullptr) _deleter->setVerbosityLevel(level);
+}
+
+void ZylEnvI::unsetDeleter() {
+  ZylBaseDeleterI* deleter = _deleter;
+  _deleter = nullptr;
+  _deleterMode = 0;
+  delete deleter;
+}

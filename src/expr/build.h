@@ -1,0 +1,93 @@
+// Helpers of the sources that build expressions.
+
+#ifndef ZYL_SRC_EXPR_BUILD_H
+#define ZYL_SRC_EXPR_BUILD_H
+
+#include "vorlane/expr/lin_term.h"
+
+namespace zyl::detail {
+
+/// A node that nobody has seen yet; destroyed unless it gets finished.
+template <class Node>
+class Unfinished {
+ public:
+  explicit Unfinished(Node* node) noexcept : _node(node) {}
+  ~Unfinished() {
+    if (_node != nullptr) _node->getEnv()->destroy(_node, /*keep=*/0, /*notify=*/0);
+  }
+  Unfinished(const Unfinished&) = delete;
+  Unfinished& operator=(const Unfinished&) = delete;
+
+  Node* operator->() const noexcept { return _node; }
+  Node* get() const noexcept { return _node; }
+  [[nodiscard]] Node* finish() noexcept {
+    Node* node = _node;
+    _node = nullptr;
+    return node;
+  }
+
+ private:
+  Node* _node;
+};
+
+/// A private copy of an array; ended unless a node takes it over.
+template <class Array>
+class ArrayCopy {
+ public:
+  ArrayCopy(ZylEnvI* env, const ZylArrayI* array) : _array(new (env) ZylArrayI(env, array)) {}
+  ~ArrayCopy() { _array.end(); }
+  ArrayCopy(const ArrayCopy&) = delete;
+  ArrayCopy& operator=(const ArrayCopy&) = delete;
+
+  const Array& get() const noexcept { return _array; }
+  /// Passes on what took the array over.
+  template <class Node>
+  [[nodiscard]] Node* takenBy(Node* node) noexcept {
+    _array = Array();
+    return node;
+  }
+
+ private:
+  Array _array;
+};
+
+/// What an operator may do with an expression, besides holding it.
+enum class NodeClass { Variable, NumLinear, IntLinear, Other };
+
+// Linear nodes count by their exact class only: a subclass may mean more than its lists.
+inline NodeClass classOf(const ZylNumExprI* expr) noexcept {
+  const ZylTypeInfo type = expr->getTypeInfo();
+  if (type == ZylNumVarI::GetTypeInfo()) return NodeClass::Variable;
+  if (type == ZylNumLinTermI::GetTypeInfo()) return NodeClass::NumLinear;
+  if (type == ZylIntLinTermI::GetTypeInfo()) return NodeClass::IntLinear;
+  return expr->isType(ZylNumVarI::GetTypeInfo()) ? NodeClass::Variable : NodeClass::Other;
+}
+inline ZylNumVarI* asVar(ZylNumExprI* expr) noexcept { return static_cast<ZylNumVarI*>(expr); }
+
+// The node if it is a temporary, otherwise a copy.
+inline ZylNumLinTermI* ownNum(ZylNumExprI* linear) {
+  return static_cast<ZylNumLinTermI*>(linear->isTemporary() ? linear : linear->copy());
+}
+inline ZylIntLinTermI* ownInt(ZylIntExprI* linear) {
+  return static_cast<ZylIntLinTermI*>(linear->isTemporary() ? linear : linear->intCopy());
+}
+
+// A linear node to do with as one likes, of an expression of class `kind`.
+inline ZylNumLinTermI* ownLinearOf(ZylNumExprI* expr, NodeClass kind) {
+  return kind == NodeClass::NumLinear ? ownNum(expr) : expr->toNumLinTermI();
+}
+
+/// Adds an expression to a sum: a variable as a term, a linear node merged in, others as a part.
+void addTo(ZylNumLinTermI* sum, ZylNumExprI* expr);
+void addTo(ZylIntLinTermI* sum, ZylIntExprI* expr);
+
+constexpr long wrappedSum(long a, long b) noexcept {
+  return static_cast<long>(static_cast<unsigned long>(a) + static_cast<unsigned long>(b));
+}
+constexpr long wrappedProduct(long a, long b) noexcept {
+  return static_cast<long>(static_cast<unsigned long>(a) * static_cast<unsigned long>(b));
+}
+
+}  // namespace zyl::detail
+
+#endif

@@ -1,0 +1,183 @@
+#include "vorlane/expr/domain.h"
+
+#include <algorithm>
+#include <cmath>
+#include <ostream>
+
+#include "expr/list_display.h"
+#include "vorlane/env/number.h"
+
+ZylVarDomainI::~ZylVarDomainI() = default;
+bool ZylVarDomainI::isShared() const { return false; }
+bool ZylVarDomainI::isIntDomain() const { return false; }
+bool ZylVarDomainI::isNumDomain() const { return false; }
+bool ZylVarDomainI::isBoolDomain() const { return false; }
+
+namespace {
+
+// An empty array has the widest bounds, crossed: nothing is a value.
+template <class Array, class Value>
+void boundsOf(const Array& values, Value widest, Value* lower, Value* upper) {
+  *lower = widest;
+  *upper = -widest;
+  for (long i = 0; i < values.getSize(); ++i) {
+    *lower = std::min<Value>(*lower, values[i]);
+    *upper = std::max<Value>(*upper, values[i]);
+  }
+}
+
+long ceiled(double value) { return ZylTrunc(std::ceil(value)); }
+long floored(double value) { return ZylTrunc(std::floor(value)); }
+
+template <class Domain>
+void giveBack(Domain* domain, ZylEnvI* env, void* self) {
+  // The shared subclasses add no field.
+  domain->~Domain();
+  env->free(self, sizeof(Domain));
+}
+
+template <class Lower, class Upper>
+void displayBounds(std::ostream& stream, Lower lower, Upper upper) {
+  stream << "[" << lower << ".." << upper << "] ";
+}
+
+template <class Array>
+void displayValues(std::ostream& stream, const Array& values) {
+  zyl::detail::displayList(stream, values.getSize(),
+                           [&](long i) -> std::ostream& { return stream << values[i]; });
+}
+
+constexpr const char* DiscreteText =
+    "SetLB is not supported on a discrete floating point variable";
+
+}  // namespace
+
+// --- float ----------------------------------------------------------------------------------------
+
+ZylNumVarDomainI::ZylNumVarDomainI(ZylNumArray values) : _lower(0.0), _upper(0.0), _values(values) {
+  boundsOf(values, ZylInfinity, &_lower, &_upper);
+}
+
+// Both setters speak of the lower bound, and keep the new one; clients know them so.
+void ZylNumVarDomainI::setLB(double lower) {
+  _lower = lower;
+  if (isEnumerated()) throw ZylNotSupportedOperation(DiscreteText);
+}
+
+void ZylNumVarDomainI::setUB(double upper) {
+  _upper = upper;
+  if (isEnumerated()) throw ZylNotSupportedOperation(DiscreteText);
+}
+
+void ZylNumVarDomainI::setNumValues(ZylNumArray values) {
+  _values.end();
+  _values = values;
+  boundsOf(values, ZylInfinity, &_lower, &_upper);
+}
+
+void ZylNumVarDomainI::setIntValues(ZylIntArray values) { values.end(); }
+
+void ZylNumVarDomainI::suicide(ZylEnvI* env, void* self) {
+  _values.end();
+  giveBack(this, env, self);
+}
+
+void ZylNumVarDomainI::display(std::ostream& stream) const {
+  if (isEnumerated()) {
+    displayValues(stream, _values);
+  } else {
+    displayBounds(stream, _lower, _upper);
+  }
+}
+
+ZylVarDomainI* ZylNumVarDomainI::makeClone(ZylEnvI* env) const {
+  auto* clone = new (env) ZylNumVarDomainI(_lower, _upper);
+  if (isEnumerated()) {
+    try {
+      clone->_values = _values.copy(ZylEnv(env));
+    } catch (...) {
+      clone->suicide(env, clone);
+      throw;
+    }
+  }
+  return clone;
+}
+
+// --- integer --------------------------------------------------------------------------------------
+
+ZylIntVarDomainI::ZylIntVarDomainI(ZylIntArray values, long any)
+    : _lower(0), _upper(0), _values(values), _any(any) {
+  boundsOf(values, ZylIntMax, &_lower, &_upper);
+}
+
+void ZylIntVarDomainI::setLB(double lower) {
+  const long rounded = ceiled(lower);
+  if (isEnumerated()) cleanArray(rounded, _upper);
+  _lower = rounded;
+}
+
+void ZylIntVarDomainI::setUB(double upper) {
+  const long rounded = floored(upper);
+  if (isEnumerated()) cleanArray(_lower, rounded);
+  _upper = rounded;
+}
+
+void ZylIntVarDomainI::cleanArray(long newLower, long newUpper) {
+  const auto removeIf = [this](auto outside) {
+    for (long i = _values.getSize() - 1; i >= 0; --i) {
+      if (outside(_values[i])) _values.remove(i);
+    }
+  };
+  if (_lower < newLower) removeIf([=](long v) { return v < newLower; });
+  for (long v = newLower; v < _lower; ++v) _values.add(v);
+  if (_upper > newUpper) removeIf([=](long v) { return v > newUpper; });
+  for (long v = _upper + 1; v <= newUpper; ++v) _values.add(v);
+}
+
+void ZylIntVarDomainI::setNumValues(ZylNumArray values) { values.end(); }
+
+void ZylIntVarDomainI::setIntValues(ZylIntArray values) {
+  _values.end();
+  _values = values;
+  boundsOf(values, ZylIntMax, &_lower, &_upper);
+}
+
+void ZylIntVarDomainI::suicide(ZylEnvI* env, void* self) {
+  _values.end();
+  giveBack(this, env, self);
+}
+
+void ZylIntVarDomainI::display(std::ostream& stream) const {
+  if (isEnumerated()) {
+    displayValues(stream, _values);
+  } else {
+    displayBounds(stream, _lower, _upper);
+  }
+}
+
+ZylVarDomainI* ZylIntVarDomainI::makeClone(ZylEnvI* env) const {
+  auto* clone = new (env) ZylIntVarDomainI(_lower, _upper, _any);
+  if (isEnumerated()) {
+    try {
+      clone->_values = _values.copy(ZylEnv(env));
+    } catch (...) {
+      clone->suicide(env, clone);
+      throw;
+    }
+  }
+  return clone;
+}
+
+// --- boolean --------------------------------------------------------------------------------------
+
+void ZylBoolVarDomainI::setLB(double lower) { _lower = ZylTrunc(lower); }
+void ZylBoolVarDomainI::setUB(double upper) { _upper = ZylTrunc(upper); }
+void ZylBoolVarDomainI::setNumValues(ZylNumArray values) { values.end(); }
+void ZylBoolVarDomainI::setIntValues(ZylIntArray values) { values.end(); }
+void ZylBoolVarDomainI::suicide(ZylEnvI* env, void* self) { giveBack(this, env, self); }
+void ZylBoolVarDomainI::display(std::ostream& stream) const {
+  displayBounds(stream, _lower, _upper);
+}
+ZylVarDomainI* ZylBoolVarDomainI::makeClone(ZylEnvI* env) const {
+  return new (env) ZylBoolVarDomainI(_lower, _upper);
+}

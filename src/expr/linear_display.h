@@ -1,0 +1,79 @@
+// The two text forms that the linear nodes share.
+
+#ifndef ZYL_SRC_EXPR_LINEAR_DISPLAY_H
+#define ZYL_SRC_EXPR_LINEAR_DISPLAY_H
+
+#include <ostream>
+
+#include "vorlane/expr/term_list.h"
+
+namespace zyl::detail {
+
+inline void displayTermVar(std::ostream& stream, const ZylNumVarI* variable) {
+  if (variable->getName() != nullptr) {
+    stream << variable->getName() << " ";
+  } else {
+    variable->display(stream);
+  }
+}
+
+inline void displayProduct(std::ostream& stream, const ZylNumLinExprTermI* term) {
+  if (term->_coef != 1.0) stream << term->_coef << " * ";
+  displayTermVar(stream, term->_var);
+}
+
+// Writes the parts; `some` tells whether anything stands before, and afterwards.
+inline void displayItems(std::ostream& stream, const ItemList& items, bool* some) {
+  for (const ZylLinExprNonLinearItem* item = items._head; item != nullptr; item = item->_next) {
+    if (*some) stream << " + ";
+    item->_expr->display(stream);
+    *some = true;
+  }
+}
+
+template <class Constant>
+void displayLongLinear(std::ostream& stream, const TermList& terms, const ItemList& items,
+                       Constant constant) {
+  bool some = false;
+  stream << "( ";
+  for (const ZylNumLinExprTermI* term = terms._head; term != nullptr; term = term->_next) {
+    if (some) stream << " + ";
+    if (term->_coef == 0.0) {
+      stream << "0 ";
+    } else {
+      displayProduct(stream, term);
+    }
+    some = true;
+  }
+  displayItems(stream, items, &some);
+  if (constant != Constant(0)) {
+    if (some) stream << " + ";
+    stream << constant << " ";
+  }
+  stream << ") ";
+}
+
+// `Node::displayTerm` writes one term, and nothing for a zero one.
+template <class Node, class Constant>
+void displayShortLinear(std::ostream& stream, const Node& node, const TermList& terms,
+                        const ItemList& items, Constant constant) {
+  bool some = false;
+  for (const ZylNumLinExprTermI* term = terms._head; term != nullptr; term = term->_next) {
+    if (some && term->_coef != 0.0) stream << " + ";
+    if (node.displayTerm(stream, term) != 0) some = true;
+  }
+  displayItems(stream, items, &some);
+  if (constant == Constant(0) && some) return;
+  if (some) stream << " + ";
+  stream << constant << " ";
+}
+
+inline long displayLinearTerm(std::ostream& stream, const ZylNumLinExprTermI* term) {
+  if (term->_coef == 0.0) return 0;
+  displayProduct(stream, term);
+  return 1;
+}
+
+}  // namespace zyl::detail
+
+#endif

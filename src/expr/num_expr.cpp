@@ -1,0 +1,289 @@
+#include "vorlane/expr/num_expr.h"
+
+#include <ostream>
+
+#include "expr/build.h"
+#include "vorlane/algorithm/algorithm.h"
+#include "vorlane/env/recycle_bin.h"
+#include "vorlane/expr/operators.h"
+
+ZYL_TYPE_DEF(ZylNumExprI, ZylExtractableI)
+ZYL_CP_HOOKS_DEF(ZylNumExprI)
+ZYL_TYPE_DEF(ZylIntExprI, ZylNumExprI)
+ZYL_CP_HOOKS_DEF(ZylIntExprI)
+
+using zyl::detail::Unfinished;
+
+bool ZylNumExprI::isRefCountedExpr() const { return true; }
+
+void ZylNumExprI::end() {
+  if (getId() == -1) return;
+  if (--_count >= 1) return;
+  if (_env->getDeleter() != nullptr) {
+    _env->removeAndDelete(this, 1);
+  } else if (_env->getRecycleBin() != nullptr) {
+    _env->removeFromAllAndDestroy(this, 0);
+  } else {
+    _env->destroy(this, /*keep=*/0, /*notify=*/1);
+  }
+}
+
+ZylNumExprI* ZylNumExprI::copy() { return this; }
+
+void ZylNumExprI::release() {
+  if (!_env->isTearingDown()) end();
+}
+
+ZylNumLinTermI* ZylNumExprI::toNumLinTermI() {
+  Unfinished sum(new (_env) ZylNumLinTermI(_env, 0.0));
+  sum->append(this);
+  return sum.finish();
+}
+
+bool ZylNumExprI::isInteger() const { return false; }
+double ZylNumExprI::getNumConstant() const { return 0.0; }
+
+ZylNumExprI* ZylIntExprI::copy() { return intCopy(); }
+bool ZylIntExprI::isInteger() const { return true; }
+ZylIntExprI* ZylIntExprI::intCopy() { return this; }
+
+ZylIntLinTermI* ZylIntExprI::toIntLinTermI() {
+  Unfinished sum(new (_env) ZylIntLinTermI(_env, 0));
+  sum->append(this);
+  return sum.finish();
+}
+
+void ZylEnvI::release(ZylNumExprI* expr) {
+  if (expr == nullptr || _tearingDown != 0) return;
+  if (_recycleBin != nullptr && _recycleBin->contains(expr)) return;
+  expr->release();
+}
+
+// --- argument handles -----------------------------------------------------------------------------
+
+namespace {
+
+const ZylNumExprI* checkedExpr(const ZylNumExprI* expr) {
+  if (expr == nullptr) ZylRaiseEmptyHandle();
+  return expr;
+}
+
+ZylEnvI* checkedEnv(const ZylEnv& env) {
+  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
+  return env.getImpl();
+}
+
+template <class Impl>
+Impl* cloneOf(const Impl* expr, const ZylEnv& env) {
+  checkedExpr(expr);
+  return static_cast<Impl*>(checkedEnv(env)->getClone(expr));
+}
+
+bool hasTermsOnly(const ZylNumExprI* expr) {
+  if (const auto* sum = zyl::as<ZylNumLinTermI>(expr)) return !sum->hasNonLinearPart();
+  if (const auto* sum = zyl::as<ZylIntLinTermI>(expr)) return !sum->hasNonLinearPart();
+  return false;
+}
+
+}  // namespace
+
+void ZylTestIsLinear(const ZylNumExprI* expr) {
+  if (!hasTermsOnly(checkedExpr(expr))) throw ZylNumExpr::NonLinearExpression(expr);
+}
+
+ZylNumExprArg::ZylNumExprArg(const ZylNumLinExprTerm& term)
+    : ZylExtractable(new (term.getEnvI()) ZylNumLinTermI(term)) {}
+
+ZylNumExprArg::ZylNumExprArg(const ZylIntLinExprTerm& term)
+    : ZylExtractable(new (term.getEnvI()) ZylIntLinTermI(term)) {}
+
+ZylIntExprArg::ZylIntExprArg(const ZylIntLinExprTerm& term) : ZylNumExprArg(term) {}
+
+bool ZylNumExprArg::isConstant() const {
+  const ZylNumExprI* expr = checkedExpr(getImpl());
+  if (const auto* sum = zyl::as<ZylNumLinTermI>(expr)) return sum->isConstant();
+  if (const auto* sum = zyl::as<ZylIntLinTermI>(expr)) return sum->isConstant();
+  return false;
+}
+
+double ZylNumExprArg::getNumConstant() const {
+  ZylTestIsLinear(getImpl());
+  return getImpl()->getNumConstant();
+}
+
+ZylNumExprArg ZylNumExprArg::getClone(const ZylEnv& env) const {
+  return ZylNumExprArg(cloneOf(getImpl(), env));
+}
+
+void ZylNumExprArg::setClone(const ZylEnv& env, const ZylNumExprArg& clone) const {
+  checkedEnv(env)->setClone(checkedExpr(getImpl()), clone.getImpl());
+}
+
+ZylIntExprArg ZylIntExprArg::getClone(const ZylEnv& env) const {
+  return ZylIntExprArg(cloneOf(getImpl(), env));
+}
+
+// --- counted handles ------------------------------------------------------------------------------
+
+ZylNumExpr::NonLinearExpression::NonLinearExpression(const ZylNumExprI* expr)
+    : ZylException("Constant part cannot be set or queried"), _expr(expr) {}
+
+void ZylNumExpr::NonLinearExpression::print(std::ostream& stream) const {
+  stream << "Expression ";
+  if (_expr != nullptr) _expr->display(stream);
+  stream << " is non linear, setting or querying the constant part is forbidden";
+}
+
+ZylIntExpr::ZylOverflowOccurred::ZylOverflowOccurred(const char* message) : ZylException(message) {}
+
+namespace {
+
+[[noreturn]] void raiseAdd() {
+  ZylRaiseWrongUsage(
+      "ZylNumExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments");
+}
+
+[[noreturn]] void raiseSubtract() {
+  ZylRaiseWrongUsage(
+      "ZylNumExpr& ZylNumExpr::operator -= const ZylNumExprArg arg : mixing mismatch Environments");
+}
+
+void checkPair(const ZylNumExprI* expr, const ZylNumExprI* arg, void (*raise)()) {
+  if (checkedExpr(expr)->getEnv() != checkedExpr(arg)->getEnv()) raise();
+}
+
+// Applies an operator to what a handle holds. The handle's own reference is taken back meanwhile, so
+// that a node held by it alone counts as a temporary and is changed in place.
+template <class Impl, class Operation>
+Impl* rewritten(Impl* held, Operation operation) {
+  checkedExpr(held);
+  held->unhold();
+  Impl* result = nullptr;
+  try {
+    result = operation(held);
+  } catch (...) {
+    held->hold();
+    throw;
+  }
+  result->hold();
+  return result;
+}
+
+}  // namespace
+
+ZylNumExpr::ZylNumExpr(const ZylNumExprArg& arg) : ZylNumExprArg(arg) {
+  zyl::detail::holdExpr(getImpl());
+}
+
+ZylNumExpr::ZylNumExpr(const ZylNumLinExprTerm& term) : ZylNumExprArg(term) { getImpl()->hold(); }
+ZylNumExpr::ZylNumExpr(const ZylIntLinExprTerm& term) : ZylNumExprArg(term) { getImpl()->hold(); }
+
+ZylNumExpr::ZylNumExpr(const ZylEnv& env, double constant)
+    : ZylNumExprArg(new (checkedEnv(env)) ZylNumLinTermI(env.getImpl(), constant)) {
+  getImpl()->hold();
+}
+
+ZylNumExpr& ZylNumExpr::operator+=(double constant) {
+  _impl = rewritten(getImpl(), [constant](ZylNumExprI* expr) -> ZylNumExprI* {
+    return zyl::detail::addNumConstant(expr, constant);
+  });
+  return *this;
+}
+
+ZylNumExpr& ZylNumExpr::operator-=(double constant) { return *this += -constant; }
+
+ZylNumExpr& ZylNumExpr::operator*=(double factor) {
+  _impl = rewritten(getImpl(),
+                    [factor](ZylNumExprI* expr) { return zyl::detail::scaleNum(expr, factor); });
+  return *this;
+}
+
+ZylNumExpr& ZylNumExpr::operator/=(double divisor) {
+  _impl = rewritten(getImpl(),
+                    [divisor](ZylNumExprI* expr) { return zyl::detail::divideNum(expr, divisor); });
+  return *this;
+}
+
+ZylNumExpr& ZylNumExpr::operator+=(const ZylNumExprArg& arg) {
+  checkPair(getImpl(), arg.getImpl(), raiseAdd);
+  // An expression added to itself: the argument must not be taken for a temporary.
+  ZylNumExprI* addend = arg.getImpl() == getImpl() ? arg.getImpl()->copy() : arg.getImpl();
+  _impl = rewritten(getImpl(), [addend](ZylNumExprI* expr) -> ZylNumExprI* {
+    return zyl::detail::addNum(expr, addend);
+  });
+  return *this;
+}
+
+// The argument is negated while this handle still holds its node: it may be that node.
+ZylNumExpr& ZylNumExpr::operator-=(const ZylNumExprArg& arg) {
+  checkPair(getImpl(), arg.getImpl(), raiseSubtract);
+  ZylNumExprI* addend = zyl::detail::scaleNum(arg.getImpl(), -1.0);
+  _impl = rewritten(getImpl(), [addend](ZylNumExprI* expr) -> ZylNumExprI* {
+    return zyl::detail::addNum(expr, addend);
+  });
+  return *this;
+}
+
+ZylNumExpr ZylNumExpr::getClone(const ZylEnv& env) const { return ZylNumExprArg::getClone(env); }
+
+void ZylNumExpr::end() {
+  checked("Using empty Handle");
+  ZylNumExprI* expr = getImpl();
+  _impl = nullptr;
+  expr->getEnv()->release(expr);
+}
+
+ZylIntExpr::ZylIntExpr(const ZylIntExprArg& arg) : ZylIntExprArg(arg) {
+  zyl::detail::holdExpr(getImpl());
+}
+
+ZylIntExpr::ZylIntExpr(const ZylIntLinExprTerm& term) : ZylIntExprArg(term) { getImpl()->hold(); }
+
+ZylIntExpr::ZylIntExpr(const ZylEnv& env, long constant)
+    : ZylIntExprArg(new (checkedEnv(env)) ZylIntLinTermI(env.getImpl(), constant)) {
+  getImpl()->hold();
+}
+
+ZylIntExpr& ZylIntExpr::operator+=(long constant) {
+  _impl = rewritten(getImpl(), [constant](ZylIntExprI* expr) -> ZylIntExprI* {
+    return zyl::detail::addIntConstant(expr, constant);
+  });
+  return *this;
+}
+
+ZylIntExpr& ZylIntExpr::operator-=(long constant) {
+  return *this += zyl::detail::negated(constant);
+}
+
+ZylIntExpr& ZylIntExpr::operator*=(long factor) {
+  _impl = rewritten(getImpl(),
+                    [factor](ZylIntExprI* expr) { return zyl::detail::scaleInt(expr, factor); });
+  return *this;
+}
+
+ZylIntExpr& ZylIntExpr::operator+=(const ZylIntExprArg& arg) {
+  checkPair(getImpl(), arg.getImpl(), raiseAdd);
+  ZylIntExprI* addend = arg.getImpl() == getImpl() ? arg.getImpl()->intCopy() : arg.getImpl();
+  _impl = rewritten(getImpl(), [addend](ZylIntExprI* expr) -> ZylIntExprI* {
+    return zyl::detail::addInt(expr, addend);
+  });
+  return *this;
+}
+
+ZylIntExpr& ZylIntExpr::operator-=(const ZylIntExprArg& arg) {
+  checkPair(getImpl(), arg.getImpl(), raiseSubtract);
+  ZylIntExprI* addend = zyl::detail::scaleInt(arg.getImpl(), -1);
+  _impl = rewritten(getImpl(), [addend](ZylIntExprI* expr) -> ZylIntExprI* {
+    return zyl::detail::addInt(expr, addend);
+  });
+  return *this;
+}
+
+ZylIntExpr ZylIntExpr::getClone(const ZylEnv& env) const { return ZylIntExprArg::getClone(env); }
+
+void ZylIntExpr::end() {
+  checked("Using empty Handle");
+  ZylNumExprI* expr = getImpl();
+  _impl = nullptr;
+  expr->getEnv()->release(expr);
+}

@@ -1,0 +1,89 @@
+#include "vorlane/model/change.h"
+
+#include "vorlane/algorithm/algorithm.h"
+#include "vorlane/env/plug_in.h"
+#include "vorlane/expr/variable.h"
+
+ZYL_TYPE_DEF(ZylChange, ZylRtti)
+ZYL_CHANGE_DEF(ZylDestroyExtractable, ZylChange)
+ZYL_CHANGE_DEF(ZylDestroyExtractableArray, ZylChange)
+ZYL_CHANGE_DEF(ZylRemoveFromAllChange, ZylChange)
+ZYL_TYPE_DEF(ZylAddExtractable, ZylChange)
+ZYL_TYPE_DEF(ZylAddNumVar, ZylAddExtractable)
+
+ZYL_CHANGE_VISITS_NOTHING(ZylDestroyExtractable)
+ZYL_CHANGE_VISITS_NOTHING(ZylDestroyExtractableArray)
+ZYL_CHANGE_VISITS_NOTHING(ZylAddExtractable)
+
+ZylChangeVisitor::~ZylChangeVisitor() = default;
+void ZylChangeVisitor::addSubExtractable(ZylExtractableI*, ZylExtractableI*) {}
+void ZylChangeVisitor::removeSubExtractable(ZylExtractableI*, ZylExtractableI*) {}
+
+void ZylChangeVisitor::addSubExtractable(ZylExtractableI* parent,
+                                         const ZylExtractableArray& children) {
+  for (long i = 0; i < children.getSize(); ++i) addSubExtractable(parent, children.getI(i));
+}
+
+void ZylChangeVisitor::removeSubExtractable(ZylExtractableI* parent,
+                                            const ZylExtractableArray& children) {
+  for (long i = 0; i < children.getSize(); ++i) removeSubExtractable(parent, children.getI(i));
+}
+
+bool ZylChange::isApplyingOnArray() const { return false; }
+
+ZylExtractableArray ZylChange::getChangedExtractableArray() const {
+  ZylRaiseWrongUsage("ZylChange::getChangedExtractableArray can not be called");
+}
+
+ZylExtractableI* ZylChange::getChangedExtractable() const {
+  ZylRaiseWrongUsage("ZylChange::getChangedExtractable can not be called");
+}
+
+void zyl::detail::raiseCannotChange(const ZylAlgorithm& algorithm) {
+  throw ZylAlgorithm::CannotChangeException(algorithm.getImpl());
+}
+
+// The one visit that speaks to the deleter itself: without one there is nobody to tell.
+void ZylRemoveFromAllChange::visitChange(ZylEnvI* env, ZylExtractableI* object,
+                                         ZylChangeVisitor*) const {
+  ZylBaseDeleterI* deleter = env->getDeleter();
+  if (deleter == nullptr) return;
+  if (object != nullptr) {
+    deleter->removedFromAll(object);
+    return;
+  }
+  for (long i = 0; i < _objects.getSize(); ++i) deleter->removedFromAll(_objects.getI(i));
+}
+
+ZylAddExtractable::CannotAddExtractableException::CannotAddExtractableException(
+    const char* message, const ZylExtractableI* object, const ZylAddExtractable* change)
+    : ZylException(message), _object(object), _change(change) {}
+
+ZylEnvI* ZylAddExtractable::getEnv() const {
+  const ZylExtractableI* object = what();
+  return object != nullptr ? object->getEnv() : nullptr;
+}
+
+void ZylAddExtractable::setObj(const ZylExtractableI* object) { _obj = object; }
+
+void ZylAddExtractable::install(ZylExtractableI* object) {
+  if (object == nullptr) {
+    throw CannotAddExtractableException("Cannot add new ZylExtractable to extractor", object, this);
+  }
+  for (ZylAddExtractable* link = this; link != nullptr;) {
+    link->setObj(object);
+    link->apply();
+    if (ZylExtractableI* target = link->what()) {
+      object->getEnv()->change(target, *link);
+    } else {
+      object->getEnv()->change(*link);
+    }
+    ZylAddExtractable* next = link->_next;
+    link->_next = nullptr;
+    link = next;
+  }
+}
+
+ZylNumVarI* ZylAddNumVar::getVarI() const noexcept {
+  return const_cast<ZylNumVarI*>(static_cast<const ZylNumVarI*>(_obj));  // NOLINT: handed out
+}

@@ -1,0 +1,80 @@
+// The road of an edit: plug-ins first, then each algorithm concerned, last added first.
+//
+// The model has changed already when a change is sent, so one refusal must not keep the others from
+// hearing of it: refusals are gathered, and raised as one when everybody has been told.
+
+#include "vorlane/algorithm/algorithm.h"
+#include "vorlane/env/environment.h"
+#include "vorlane/env/plug_in.h"
+#include "vorlane/model/change.h"
+
+namespace {
+
+/// The refusals of one change: the first algorithm to refuse, and what all of them refused.
+class Refusals {
+ public:
+  Refusals() = default;
+  // Something is left only when another exception passes.
+  ~Refusals() { _objects.end(); }
+  Refusals(const Refusals&) = delete;
+  Refusals& operator=(const Refusals&) = delete;
+
+  void add(ZylAlgorithm::CannotChangeException& refusal) {
+    if (_algorithm == nullptr) {
+      _algorithm = refusal.getAlgorithmI();
+      _objects = refusal.takeExtractables();
+      return;
+    }
+    if (refusal.getExtractables().getImpl() != nullptr) _objects.add(refusal.getExtractables());
+    refusal.end();
+  }
+
+  void raiseIfAny() {
+    if (_algorithm == nullptr) return;
+    const ZylExtractableArray objects = _objects;
+    _objects = ZylExtractableArray();
+    throw ZylAlgorithm::CannotChangeException(_algorithm, objects);
+  }
+
+ private:
+  ZylAlgorithmI* _algorithm = nullptr;
+  ZylExtractableArray _objects;
+};
+
+}  // namespace
+
+void ZylEnvI::change(const ZylExtractableI* object, const ZylChange& change) {
+  Refusals refusals;
+  {
+    zyl::detail::EnvLock lock(_mtSafeAllocation != 0 ? _mutex : nullptr);
+    if (_plugIns->hasNotified()) _plugIns->apply(change, object);
+    for (ZylAlgorithmI* algorithm = _algorithms; algorithm != nullptr;) {
+      // The receiver may end itself while it hears of the change.
+      ZylAlgorithmI* next = algorithm->getNextAlgorithm();
+      if (algorithm->isInUse(object)) {
+        try {
+          algorithm->apply(change, object);
+        } catch (ZylAlgorithm::CannotChangeException& refusal) {
+          refusals.add(refusal);
+        }
+      }
+      algorithm = next;
+    }
+  }
+  refusals.raiseIfAny();
+}
+
+void ZylEnvI::change(const ZylChange& change) {
+  Refusals refusals;
+  if (_plugIns->hasNotified()) _plugIns->apply(change, nullptr);
+  for (ZylAlgorithmI* algorithm = _algorithms; algorithm != nullptr;) {
+    ZylAlgorithmI* next = algorithm->getNextAlgorithm();
+    try {
+      algorithm->apply(change);
+    } catch (ZylAlgorithm::CannotChangeException& refusal) {
+      refusals.add(refusal);
+    }
+    algorithm = next;
+  }
+  refusals.raiseIfAny();
+}

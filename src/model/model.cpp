@@ -1,0 +1,175 @@
+#include "vorlane/model/model.h"
+
+#include <ostream>
+
+#include "vorlane/algorithm/algorithm.h"
+#include "vorlane/model/visitor.h"
+
+ZYL_TYPE_DEF(ZylModelI, ZylExtractableI)
+ZYL_CP_HOOKS_DEF(ZylModelI)
+ZYL_CHANGE_DEF(ZylAddOneToModel, ZylChange)
+ZYL_CHANGE_DEF(ZylAddToModel, ZylChange)
+ZYL_CHANGE_DEF(ZylRemoveFromModel, ZylChange)
+
+ZylModelI::ZylModelI(ZylEnvI* env, const char* name) : ZylExtractableI(env, name) {}
+
+ZylModelI::~ZylModelI() { _elements.clear(); }
+
+ZylExtractableI* ZylModelI::makeClone(ZylEnvI* env) const {
+  auto* clone = new (env) ZylModelI(env);
+  for (Iterator it(_elements); it.ok(); ++it) clone->add(env->getClone(*it));
+  return clone;
+}
+
+void ZylModelI::atRemove(ZylExtractableI* removed, void*) {
+  if (_env->getDeleterMode() != 0) {
+    remove(removed);
+    return;
+  }
+  _elements.removeMarked();
+}
+
+void ZylModelI::visitSubExtractables(ZylExtractableVisitor* visitor) {
+  visitor->beginVisit(this);
+  for (Iterator it(_elements); it.ok(); ++it) visitor->visitChildren(this, *it);
+  visitor->endVisit(this);
+}
+
+void ZylModelI::display(std::ostream& stream) const {
+  stream << "ZylModel ";
+  if (getName() != nullptr) {
+    stream << getName();
+  } else {
+    stream << "model" << getId();
+  }
+  stream << " = {" << std::endl;
+  for (Iterator it(_elements); it.ok(); ++it) {
+    (*it)->display(stream);
+    stream << std::endl;
+  }
+  stream << "}" << std::endl;
+}
+
+ZylExtractableI* ZylModelI::add(ZylExtractableI* element) {
+  _elements.add(element);
+  notify(ZylAddOneToModel(this, element));
+  return element;
+}
+
+void ZylModelI::add(const ZylExtractableArray& elements) {
+  if (elements.getSize() == 0) return;
+  _elements.add(elements);
+  notify(ZylAddToModel(this, elements));
+}
+
+void ZylModelI::remove(ZylExtractableI* element) {
+  if (!_elements.contains(element)) return;
+  // Made before the edit, as its array may fail to be allocated.
+  const ZylRemoveFromModel change(this, element);
+  _elements.remove(element);
+  notify(change);
+}
+
+void ZylModelI::remove(const ZylExtractableArray& elements) {
+  if (elements.getSize() == 0) return;
+  struct Removed : ZylExtractableArray {
+    using ZylExtractableArray::ZylExtractableArray;
+    ~Removed() { end(); }
+  } removed{ZylEnv(_env)};
+  _elements.remove(elements, removed);
+  if (removed.getSize() != 0) notify(ZylRemoveFromModel(this, removed));
+}
+
+// --- handle ---------------------------------------------------------------------------------------
+
+namespace {
+
+// Raises unless both handles refer to something, of one environment.
+void check(const ZylModel& model, const char* modelText, const ZylExtractable& element,
+           const char* elementText, const char* mismatchText) {
+  if (model.getImpl() == nullptr) ZylRaiseEmptyHandle(modelText);
+  if (element.getImpl() == nullptr) ZylRaiseEmptyHandle(elementText);
+  if (model.getImpl()->getEnv() != element.getImpl()->getEnv()) ZylRaiseWrongUsage(mismatchText);
+}
+
+void check(const ZylModel& model, const char* modelText, const ZylExtractableArray& elements,
+           const char* mismatchText) {
+  if (model.getImpl() == nullptr) ZylRaiseEmptyHandle(modelText);
+  for (long i = 0; i < elements.getSize(); ++i) {
+    const ZylExtractableI* element = elements.getI(i);
+    if (element != nullptr && element->getEnv() != model.getImpl()->getEnv()) {
+      ZylRaiseWrongUsage(mismatchText);
+    }
+  }
+}
+
+constexpr const char* AddMismatch = "extractables can only be added to ZylModel of the same env";
+constexpr const char* RemoveMismatch =
+    "extractables can only be ZylRemoved from ZylModel of the same env";
+
+}  // namespace
+
+ZylModel::ZylModel(const ZylEnv& env, const char* name) {
+  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
+  _impl = new (env.getImpl()) ZylModelI(env.getImpl(), name);
+}
+
+ZylExtractable ZylModel::add(const ZylExtractable& element) const {
+  check(*this, "trying to add to an empty handle ZylModel", element,
+        "trying to add an empty handle extractable", AddMismatch);
+  return ZylExtractable(getImpl()->add(element.getImpl()));
+}
+
+const ZylExtractableArray& ZylModel::add(const ZylExtractableArray& elements) const {
+  check(*this, "trying to add 0 extractor handle", elements, AddMismatch);
+  getImpl()->add(elements);
+  return elements;
+}
+
+void ZylModel::remove(const ZylExtractable& element) const {
+  check(*this, "trying to remove 0 extractor handle", element,
+        "trying to remove 0 extractable handle", RemoveMismatch);
+  getImpl()->remove(element.getImpl());
+}
+
+void ZylModel::remove(const ZylExtractableArray& elements) const {
+  check(*this, "trying to remove 0 extractor handle", elements, RemoveMismatch);
+  getImpl()->remove(elements);
+}
+
+void ZylModel::expand(const ZylExtractable& element, const char* first, const char* second) const {
+  check(*this, "Expanding to an empty ZylModel handle.", element,
+        "trying to expand an empty extractable handle",
+        "extractables can only be expanded to ZylModel of the same env");
+  element.getImpl()->expandTo(getImpl(), first, second);
+}
+
+ZylModel ZylModel::getClone(const ZylEnv& env) const {
+  return ZylModel(static_cast<ZylModelI*>(env.getImpl()->getClone(checked("Using empty Handle"))));
+}
+
+ZylModel::Iterator::Iterator(const ZylModel& model)
+    : _cells(model.checked("Using empty Handle")->getElements()) {}
+
+// --- changes --------------------------------------------------------------------------------------
+
+zyl::detail::ModelArrayChange::ModelArrayChange(ZylModelI* model, ZylExtractableI* element)
+    : _model(model), _elements(ZylEnv(model->getEnv())), _owned(1) {
+  _elements.addI(element);
+}
+
+zyl::detail::ModelArrayChange::~ModelArrayChange() {
+  if (_owned != 0) _elements.end();
+}
+
+void ZylAddOneToModel::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const {
+  visitor->addSubExtractable(_model, _element);
+}
+
+void ZylAddToModel::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const {
+  visitor->addSubExtractable(_model, _elements);
+}
+
+void ZylRemoveFromModel::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const {
+  visitor->removeSubExtractable(_model, _elements);
+}
