@@ -34,7 +34,10 @@ class Unfinished {
 template <class Array>
 class ArrayCopy {
  public:
+  ArrayCopy() = default;
   ArrayCopy(ZylEnvI* env, const ZylArrayI* array) : _array(new (env) ZylArrayI(env, array)) {}
+  /// Owns the array given.
+  explicit ArrayCopy(const Array& array) noexcept : _array(array) {}
   ~ArrayCopy() { _array.end(); }
   ArrayCopy(const ArrayCopy&) = delete;
   ArrayCopy& operator=(const ArrayCopy&) = delete;

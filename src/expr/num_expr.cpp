@@ -12,6 +12,7 @@ ZYL_CP_HOOKS_DEF(ZylNumExprI)
 ZYL_TYPE_DEF(ZylIntExprI, ZylNumExprI)
 ZYL_CP_HOOKS_DEF(ZylIntExprI)
 
+using zyl::detail::NodeClass;
 using zyl::detail::Unfinished;
 
 bool ZylNumExprI::isRefCountedExpr() const { return true; }
@@ -63,7 +64,8 @@ void ZylEnvI::release(ZylNumExprI* expr) {
 
 namespace {
 
-const ZylNumExprI* checkedExpr(const ZylNumExprI* expr) {
+template <class Impl>
+Impl* checkedExpr(Impl* expr) {
   if (expr == nullptr) ZylRaiseEmptyHandle();
   return expr;
 }
@@ -152,21 +154,40 @@ void checkPair(const ZylNumExprI* expr, const ZylNumExprI* arg, void (*raise)())
   if (checkedExpr(expr)->getEnv() != checkedExpr(arg)->getEnv()) raise();
 }
 
-// Applies an operator to what a handle holds. The handle's own reference is taken back meanwhile, so
-// that a node held by it alone counts as a temporary and is changed in place.
+// Takes a handle's own reference back while an operator runs, so that a node held by this handle alone
+// counts as a temporary and is changed in place.
+class HandleStepsBack {
+ public:
+  explicit HandleStepsBack(ZylNumExprI* held) noexcept : _held(held) { held->unhold(); }
+  ~HandleStepsBack() {
+    if (_held != nullptr) _held->hold();
+  }
+  HandleStepsBack(const HandleStepsBack&) = delete;
+  HandleStepsBack& operator=(const HandleStepsBack&) = delete;
+
+  template <class Impl>
+  Impl* replacedBy(Impl* result) noexcept {
+    _held = nullptr;
+    result->hold();
+    return result;
+  }
+
+ private:
+  ZylNumExprI* _held;
+};
+
 template <class Impl, class Operation>
 Impl* rewritten(Impl* held, Operation operation) {
-  checkedExpr(held);
-  held->unhold();
-  Impl* result = nullptr;
-  try {
-    result = operation(held);
-  } catch (...) {
-    held->hold();
-    throw;
-  }
-  result->hold();
-  return result;
+  HandleStepsBack handle(held);
+  return handle.replacedBy(operation(held));
+}
+
+// The node to run a numeric operator on. An integer sum is replaced first, as a step of its own: the
+// operator would end it before it can fail.
+ZylNumExprI* numericSum(ZylNumExprI* held) {
+  if (zyl::detail::classOf(checkedExpr(held)) != NodeClass::IntLinear) return held;
+  HandleStepsBack handle(held);
+  return handle.replacedBy(held->toNumLinTermI());
 }
 
 }  // namespace
@@ -184,7 +205,9 @@ ZylNumExpr::ZylNumExpr(const ZylEnv& env, double constant)
 }
 
 ZylNumExpr& ZylNumExpr::operator+=(double constant) {
-  _impl = rewritten(getImpl(), [constant](ZylNumExprI* expr) -> ZylNumExprI* {
+  ZylNumExprI* held = numericSum(getImpl());
+  _impl = held;
+  _impl = rewritten(held, [constant](ZylNumExprI* expr) -> ZylNumExprI* {
     return zyl::detail::addNumConstant(expr, constant);
   });
   return *this;
@@ -193,13 +216,17 @@ ZylNumExpr& ZylNumExpr::operator+=(double constant) {
 ZylNumExpr& ZylNumExpr::operator-=(double constant) { return *this += -constant; }
 
 ZylNumExpr& ZylNumExpr::operator*=(double factor) {
-  _impl = rewritten(getImpl(),
+  ZylNumExprI* held = numericSum(getImpl());
+  _impl = held;
+  _impl = rewritten(held,
                     [factor](ZylNumExprI* expr) { return zyl::detail::scaleNum(expr, factor); });
   return *this;
 }
 
 ZylNumExpr& ZylNumExpr::operator/=(double divisor) {
-  _impl = rewritten(getImpl(),
+  ZylNumExprI* held = numericSum(getImpl());
+  _impl = held;
+  _impl = rewritten(held,
                     [divisor](ZylNumExprI* expr) { return zyl::detail::divideNum(expr, divisor); });
   return *this;
 }
@@ -207,18 +234,19 @@ ZylNumExpr& ZylNumExpr::operator/=(double divisor) {
 ZylNumExpr& ZylNumExpr::operator+=(const ZylNumExprArg& arg) {
   checkPair(getImpl(), arg.getImpl(), raiseAdd);
   // An expression added to itself: the argument must not be taken for a temporary.
-  ZylNumExprI* addend = arg.getImpl() == getImpl() ? arg.getImpl()->copy() : arg.getImpl();
-  _impl = rewritten(getImpl(), [addend](ZylNumExprI* expr) -> ZylNumExprI* {
-    return zyl::detail::addNum(expr, addend);
-  });
-  return *this;
+  return add(arg.getImpl() == getImpl() ? arg.getImpl()->copy() : arg.getImpl());
 }
 
 // The argument is negated while this handle still holds its node: it may be that node.
 ZylNumExpr& ZylNumExpr::operator-=(const ZylNumExprArg& arg) {
   checkPair(getImpl(), arg.getImpl(), raiseSubtract);
-  ZylNumExprI* addend = zyl::detail::scaleNum(arg.getImpl(), -1.0);
-  _impl = rewritten(getImpl(), [addend](ZylNumExprI* expr) -> ZylNumExprI* {
+  return add(zyl::detail::scaleNum(arg.getImpl(), -1.0));
+}
+
+ZylNumExpr& ZylNumExpr::add(ZylNumExprI* addend) {
+  ZylNumExprI* held = numericSum(getImpl());
+  _impl = held;
+  _impl = rewritten(held, [addend](ZylNumExprI* expr) -> ZylNumExprI* {
     return zyl::detail::addNum(expr, addend);
   });
   return *this;
@@ -245,7 +273,7 @@ ZylIntExpr::ZylIntExpr(const ZylEnv& env, long constant)
 }
 
 ZylIntExpr& ZylIntExpr::operator+=(long constant) {
-  _impl = rewritten(getImpl(), [constant](ZylIntExprI* expr) -> ZylIntExprI* {
+  _impl = rewritten(checkedExpr(getImpl()), [constant](ZylIntExprI* expr) -> ZylIntExprI* {
     return zyl::detail::addIntConstant(expr, constant);
   });
   return *this;
@@ -256,7 +284,7 @@ ZylIntExpr& ZylIntExpr::operator-=(long constant) {
 }
 
 ZylIntExpr& ZylIntExpr::operator*=(long factor) {
-  _impl = rewritten(getImpl(),
+  _impl = rewritten(checkedExpr(getImpl()),
                     [factor](ZylIntExprI* expr) { return zyl::detail::scaleInt(expr, factor); });
   return *this;
 }

@@ -33,6 +33,8 @@ long ZylDivOverflow(double a, double b) {
 
 namespace zyl::detail {
 
+constinit std::atomic<ZylEnvI*> recentTermEnv = nullptr;
+
 // --- sums -----------------------------------------------------------------------------------------
 
 namespace {

@@ -161,6 +161,7 @@ class ZYL_EXPORT ZylNumExpr : public ZylNumExprArg {
     _impl = impl;
     zyl::detail::swapHeldExpr(before, impl);
   }
+  ZylNumExpr& add(ZylNumExprI* addend);
   void adopt(ZylNumExpr& other) {
     ZylNumExprI* before = getImpl();
     _impl = other._impl;

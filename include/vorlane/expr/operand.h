@@ -15,20 +15,22 @@
 
 namespace zyl::detail {
 
-enum class OperandKind {
-  None,
-  Integer,  // a number
-  Real,     // a number
-  NumVar,
-  IntVar,
-  NumTerm,
-  IntTerm,
-  NumExpr,
-  IntExpr
+// Plain numbers and no enumeration: comparing these must not look for an operator, as that would ask
+// for the classification again.
+struct OperandKind {
+  static constexpr int None = 0;
+  static constexpr int Integer = 1;  // a number
+  static constexpr int Real = 2;     // a number
+  static constexpr int NumVar = 3;
+  static constexpr int IntVar = 4;
+  static constexpr int NumTerm = 5;
+  static constexpr int IntTerm = 6;
+  static constexpr int NumExpr = 7;
+  static constexpr int IntExpr = 8;
 };
 
 template <class T>
-consteval OperandKind classify() {
+consteval int classify() {
   if constexpr (std::integral<T>) return OperandKind::Integer;
   else if constexpr (std::floating_point<T>) return OperandKind::Real;
   // Named constants of unscoped enumerations are integers.
@@ -45,7 +47,7 @@ consteval OperandKind classify() {
 }
 
 template <class T>
-inline constexpr OperandKind KindOf = classify<std::remove_cvref_t<T>>();
+inline constexpr int KindOf = classify<std::remove_cvref_t<T>>();
 
 /// A number that is integral, any number.
 template <class T>

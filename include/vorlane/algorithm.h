@@ -1,0 +1,10 @@
+// The boundary towards engines.
+
+#ifndef ZYL_ALGORITHM_H
+#define ZYL_ALGORITHM_H
+
+#include "vorlane/algorithm/algorithm.h"  // IWYU pragma: export
+#include "vorlane/algorithm/expander.h"  // IWYU pragma: export
+#include "vorlane/algorithm/model_evaluator.h"  // IWYU pragma: export
+
+#endif

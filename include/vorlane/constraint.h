@@ -1,0 +1,11 @@
+// Ranges and comparisons.
+
+#ifndef ZYL_CONSTRAINT_H
+#define ZYL_CONSTRAINT_H
+
+#include "vorlane/constraint/comparison.h"  // IWYU pragma: export
+#include "vorlane/constraint/constraint.h"  // IWYU pragma: export
+#include "vorlane/constraint/range.h"  // IWYU pragma: export
+#include "vorlane/constraint/range_change.h"  // IWYU pragma: export
+
+#endif

@@ -1,0 +1,105 @@
+#include "vorlane/expr/expr_array.h"
+
+#include "expr/build.h"
+#include "vorlane/expr/nodes.h"
+#include "vorlane/expr/var_array.h"
+
+using zyl::detail::ArrayCopy;
+
+namespace {
+
+void lock(const ZylExtractableArray& array) noexcept {
+  if (array.getImpl() == nullptr) return;
+  for (long i = 0; i < array.getImpl()->getSize(); ++i) {
+    zyl::detail::holdExpr(static_cast<ZylNumExprI*>(array.getI(i)));
+  }
+}
+
+// An element may be gone already: then the bin of the removal under way knows it.
+void release(const ZylExtractableArray& array) {
+  if (array.getImpl() == nullptr) return;
+  for (long i = 0; i < array.getImpl()->getSize(); ++i) {
+    auto* expr = static_cast<ZylNumExprI*>(array.getI(i));
+    if (expr != nullptr) expr->getEnv()->release(expr);
+  }
+}
+
+ZylIntExprI* checkedIndex(const ZylIntExprArg& index, const ZylArrayI* array) {
+  if (index.getImpl() == nullptr || array == nullptr) ZylRaiseEmptyHandle();
+  return index.getImpl();
+}
+
+// The node that takes over a copy of the array.
+template <class Node, class Array>
+Node* makeElement(ZylIntExprI* index, const ZylArrayI* array) {
+  ZylEnvI* env = index->getEnv();
+  ArrayCopy<Array> copy(env, array);
+  return copy.takenBy(new (env) Node(env, index, copy.get()));
+}
+
+template <class Node, class Array>
+Node* makeExprElement(const ZylIntExprArg& index, const ZylExtractableArray& array) {
+  ZylIntExprI* const expr = checkedIndex(index, array.getImpl());
+  for (long i = 0; i < array.getSize(); ++i) {
+    if (array.getI(i) != nullptr && array.getI(i)->getEnv() != expr->getEnv()) {
+      ZylRaiseWrongUsage("operator[]: mixing mismatch Environments");
+    }
+  }
+  return makeElement<Node, Array>(expr, array.getImpl());
+}
+
+}  // namespace
+
+void ZylNumExprArray::lockExprs() const noexcept { lock(*this); }
+void ZylNumExprArray::releaseExprs() const { release(*this); }
+
+ZylNumExprArg ZylNumExprArray::operator[](const ZylIntExprArg& index) const {
+  return ZylNumExprArg(makeExprElement<ZylNumExprArrayElementI, ZylNumExprArray>(index, *this));
+}
+
+void ZylIntExprArray::lockExprs() const noexcept { lock(*this); }
+void ZylIntExprArray::releaseExprs() const { release(*this); }
+
+ZylIntExprArg ZylIntExprArray::operator[](const ZylIntExprArg& index) const {
+  return ZylIntExprArg(makeExprElement<ZylIntExprArrayElementI, ZylIntExprArray>(index, *this));
+}
+
+ZylNumExprArray ZylIntExprArray::toNumExprArray() const {
+  ZylNumExprArray result(getEnv());
+  result.getImpl()->addArray(getImpl());
+  return result;
+}
+
+void ZylExprArray::add(long count, const ZylExpr& element) const {
+  for (long i = 0; i < count; ++i) add(element);
+}
+
+void ZylExprArray::add(const ZylExprArray& other) const {
+  const long first = getSize();
+  checked()->addArray(other.checked());
+  for (long i = first; i < getSize(); ++i) zyl::detail::holdExpr((*this)[i].getImpl());
+}
+
+ZylNumExprArg ZylExprArray::operator[](const ZylIntExprArg& index) const {
+  return ZylNumExprArg(makeExprElement<ZylNumExprArrayElementI, ZylNumExprArray>(index, *this));
+}
+
+// The same for the arrays of numbers and variables.
+
+ZylNumExprArg ZylNumArray::operator[](const ZylIntExprArg& index) const {
+  return ZylNumExprArg(
+      makeElement<ZylNumArrayElementI, ZylNumArray>(checkedIndex(index, getImpl()), getImpl()));
+}
+
+ZylIntExprArg ZylIntArray::operator[](const ZylIntExprArg& index) const {
+  return ZylIntExprArg(
+      makeElement<ZylIntArrayElementI, ZylIntArray>(checkedIndex(index, getImpl()), getImpl()));
+}
+
+ZylNumExprArg ZylNumVarArray::operator[](const ZylIntExprArg& index) const {
+  return ZylNumExprArg(makeExprElement<ZylNumExprArrayElementI, ZylNumExprArray>(index, *this));
+}
+
+ZylIntExprArg ZylIntVarArray::operator[](const ZylIntExprArg& index) const {
+  return ZylIntExprArg(makeExprElement<ZylIntExprArrayElementI, ZylIntExprArray>(index, *this));
+}
