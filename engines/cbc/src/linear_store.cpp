@@ -61,6 +61,7 @@ void LinearStore::clear() {
   _program->setLogLevel(0);
   _columns.clear();
   _rows.clear();
+  _pending.clear();
   _anyGone = false;
 }
 
@@ -145,8 +146,11 @@ double LinearStore::setCoef(Row* row, Column* column, double coef) {
   } else if (coef != 0.0) {
     row->terms.push_back({column, coef});
   }
-  if (row->position >= 0 && column->position >= 0 && before != coef) {
+  if (row->position < 0 || before == coef) return before;
+  if (column->position >= 0) {
     _program->modifyCoefficient(row->position, column->position, coef);
+  } else {
+    _pending.emplace_back(row, column);
   }
   return before;
 }
@@ -201,6 +205,7 @@ bool LinearStore::hasCrossedBounds() const noexcept {
 void LinearStore::dropGone() {
   if (!_anyGone) return;
   _anyGone = false;
+  std::erase_if(_pending, [](const auto& p) { return p.first->gone || p.second->gone; });
   std::vector<int> columns;
   std::vector<int> rows;
   for (const auto& column : _columns) {
@@ -236,8 +241,10 @@ void LinearStore::synchronise() {
     loadAll();
   } else {
     appendColumns(oldColumns);
+    writePending();
     appendRows(oldRows);
   }
+  _pending.clear();
   for (int i = oldRows; i < sizeOf(_rows); ++i) _rows[static_cast<std::size_t>(i)]->position = i;
   for (int i = oldColumns; i < sizeOf(_columns); ++i) {
     if (_columns[static_cast<std::size_t>(i)]->integer) _program->setInteger(i);
@@ -280,6 +287,15 @@ void LinearStore::appendColumns(int first) {
   const double element = 0.0;
   _program->addColumns(count, lower.data(), upper.data(), costs.data(), starts.data(), &index,
                        &element);
+}
+
+void LinearStore::writePending() {
+  for (const auto& [row, column] : _pending) {
+    for (const Term& term : row->terms) {
+      if (term.column != column) continue;
+      _program->modifyCoefficient(row->position, column->position, term.coef);
+    }
+  }
 }
 
 void LinearStore::appendRows(int first) {

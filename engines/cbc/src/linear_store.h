@@ -4,6 +4,7 @@
 #define ZYL_CBC_LINEAR_STORE_H
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 class ClpSimplex;
@@ -95,10 +96,13 @@ class LinearStore {
   void loadAll();
   void appendColumns(int first);
   void appendRows(int first);
+  void writePending();
 
   std::unique_ptr<ClpSimplex> _program;
   std::vector<std::unique_ptr<Column>> _columns;
   std::vector<std::unique_ptr<Row>> _rows;
+  // Coefficients of new columns in rows that have a position already.
+  std::vector<std::pair<Row*, Column*>> _pending;
   bool _anyGone = false;
 };
 

@@ -1,0 +1,305 @@
+// Growable arrays, and the arrays of numbers and addresses.
+
+#include "vorlane/env/array.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "support/support.h"
+
+namespace zyl::test {
+namespace {
+
+class ZylArray : public EnvTest {};
+
+TEST_F(ZylArray, CapacityIsAPowerOfFour) {
+  ZylIntArray array(env);
+  ASSERT_EQ(array.getImpl()->getCapacity(), 1);
+  EXPECT_EQ(array.getImpl()->getPageSize(), 1);
+  array.add(7);
+  EXPECT_EQ(array.getImpl()->getCapacity(), 1) << "the last element that fits moves nothing";
+  array.add(8);
+  EXPECT_EQ(array.getImpl()->getCapacity(), 4);
+  for (long i = 2; i < 1000; ++i) array.add(i);
+  EXPECT_EQ(array.getImpl()->getCapacity(), 1024);
+  EXPECT_EQ(array.getImpl()->getPageSize(), 32);
+  array.clear();
+  EXPECT_EQ(array.getImpl()->getCapacity(), 0);
+  EXPECT_EQ(array.getSize(), 0);
+  array.add(3);
+  EXPECT_EQ(array.getImpl()->getCapacity(), 1) << "begins again from what is wanted";
+  EXPECT_EQ(array[0], 3);
+
+  ZylIntArray five(env, 5);
+  EXPECT_EQ(five.getImpl()->getCapacity(), 16);
+  EXPECT_EQ(five.getImpl()->getPageSize(), 4);
+  for (long i = 0; i < 5; ++i) EXPECT_EQ(five[i], 0);
+}
+
+TEST_F(ZylArray, AgreesWithVector) {
+  for (unsigned seed = 1; seed <= 20; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    const long start = static_cast<long>(random() % 20);
+    ZylIntArray array(env, start);
+    std::vector<long> model(static_cast<std::size_t>(start), 0);
+    for (int step = 0; step < 400; ++step) {
+      const long size = static_cast<long>(model.size());
+      const long value = static_cast<long>(random());
+      switch (random() % 10) {
+        case 0: {
+          const long first = static_cast<long>(random() % (model.size() + 1));
+          const long count = static_cast<long>(random() % 5);
+          if (first + count > size) {
+            EXPECT_THROW(array.remove(first, count), ZylArrayError);
+          } else {
+            array.remove(first, count);
+            model.erase(model.begin() + first, model.begin() + first + count);
+          }
+          break;
+        }
+        case 1:
+          array.add(3, value);
+          model.insert(model.end(), 3, value);
+          break;
+        case 2:
+          if (size > 2000) {
+            array.clear();
+            model.clear();
+          } else {
+            array.add(array);
+            model.insert(model.end(), model.begin(), model.begin() + size);
+          }
+          break;
+        case 3:
+          if (size > 4) {
+            array.getImpl()->addArray(array.getImpl(), 1, size - 2);
+            const std::vector<long> part(model.begin() + 1, model.end() - 1);
+            model.insert(model.end(), part.begin(), part.end());
+          }
+          break;
+        case 4:
+          array.getImpl()->grow(size + static_cast<long>(random() % 50));
+          break;
+        case 5:
+          if (random() % 10 == 0) {
+            array.getImpl()->truncate(size / 2);
+            model.resize(static_cast<std::size_t>(size / 2));
+          }
+          break;
+        default:
+          array.add(value);
+          model.push_back(value);
+      }
+      ASSERT_EQ(array.getSize(), static_cast<long>(model.size()));
+      ASSERT_GE(array.getImpl()->getCapacity(), array.getSize());
+    }
+    for (std::size_t i = 0; i < model.size(); ++i) ASSERT_EQ(array[i], model[i]) << "element " << i;
+    ZylIntArray copy = array.copy(env);
+    EXPECT_TRUE(ZylIntArray2::equal(array, copy) || model.empty());
+    array.end();
+    copy.end();
+  }
+}
+
+TEST_F(ZylArray, AnArrayGivesAllItsMemoryBack) {
+  const long before = impl->getMemoryUsage();
+  ZylIntArray array(env);
+  for (long i = 0; i < 100000; ++i) array.add(i);
+  EXPECT_LT(impl->getMemoryUsage() - before, 100000 * 8 * 5 / 4);
+  array.remove(0, 99990);
+  EXPECT_EQ(array[0], 99990);
+  array.end();
+  EXPECT_EQ(impl->getMemoryUsage(), before);
+  EXPECT_EQ(array.getImpl(), nullptr);
+  array.end();
+}
+
+TEST_F(ZylArray, AFailedAppendChangesNothing) {
+  for (const long size : {0L, 1L, 4L, 15L, 16L, 64L, 1023L, 1024L, 4096L}) {
+    SCOPED_TRACE(testing::Message() << "size " << size);
+    ZylIntArray array;
+    FailEachAllocation(
+        [&] {
+          useUpPools(impl);
+          array = ZylIntArray(env);
+          for (long i = 0; i < size; ++i) array.add(i);
+          useUpPools(impl);
+          return &array;
+        },
+        [&](ZylIntArray& a) { a.add(-1); },
+        [&](ZylIntArray& a) {
+          EXPECT_EQ(a.getSize(), size);
+          for (long i = 0; i < size; ++i) ASSERT_EQ(a[i], i);
+          a.add(-1);
+          EXPECT_EQ(a[size], -1);
+          a.end();
+        });
+  }
+}
+
+TEST_F(ZylArray, AFailedConstructionGivesEverythingBack) {
+  FailEachAllocation(
+      [&] {
+        useUpPools(impl);
+        return &env;
+      },
+      [&](ZylEnv& e) { ZylIntArray array(e, 3000); },
+      [&](ZylEnv&) {});
+  const long before = impl->getMemoryUsage();
+  ZylIntArray array(env, 3000);
+  ZylIntArray copy = array.copy(env);
+  array.end();
+  copy.end();
+  EXPECT_EQ(impl->getMemoryUsage(), before);
+}
+
+TEST_F(ZylArray, RemoveTestsItsRange) {
+  ZylNumArray array(env, 2, 1.0, 2.0);
+  array.remove(2, 0);
+  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { array.remove(2, 1); },
+                                        "Trying to remove too many elements"));
+  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { array.remove(-1, 1); },
+                                        "invalid index for first element to remove"));
+  EXPECT_EQ(array.getSize(), 2);
+}
+
+TEST_F(ZylArray, LiteralsTakeTheTypeOfTheElements) {
+  ZylIntArray ints(env, 4, 1, -2, 3L, 4);
+  ASSERT_EQ(ints.getSize(), 4);
+  EXPECT_EQ(ints[1], -2);
+  ZylNumArray nums(env, 3, 1, 2.5, 3L);
+  ASSERT_EQ(nums.getSize(), 3);
+  EXPECT_EQ(nums[1], 2.5);
+  EXPECT_EQ(nums[2], 3.0);
+  long target = 0;
+  ZylAnyArray anys(env, 2, &target, nullptr);
+  EXPECT_EQ(anys[0], &target);
+  ZylBoolArray bools(env, 1, 1);
+  EXPECT_EQ(bools[0], 1);
+}
+
+struct TextCase {
+  const char* name;
+  void (*call)(const ZylEnv& env);
+  const char* text;
+};
+void PrintTo(const TextCase& row, std::ostream* stream) { *stream << row.name; }
+class ZylArrayWrongLiteral : public testing::TestWithParam<TextCase> {};
+
+TEST_P(ZylArrayWrongLiteral, RaisesTheTextOfTheClassAndLeavesNothing) {
+  EnvFixture env;
+  const long before = env->getMemoryUsage();
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { GetParam().call(env.env); }, GetParam().text));
+  EXPECT_EQ(env->getMemoryUsage(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Classes, ZylArrayWrongLiteral,
+    testing::Values(
+        TextCase{"int", [](const ZylEnv& e) { ZylIntArray(e, 2, 5); }, "ZylIntArray::ZylIntArray: n != 1"},
+        TextCase{"ints", [](const ZylEnv& e) { ZylIntArray(e, 1, 5, 6); },
+                 "ZylIntArray::ZylIntArray: n must be >= 2"},
+        TextCase{"num", [](const ZylEnv& e) { ZylNumArray(e, 2, 5.0); },
+                 "ZylNumArray::ZylNumArray: n != 1"},
+        TextCase{"nums", [](const ZylEnv& e) { ZylNumArray(e, 0, 5, 6.0); },
+                 "ZylNumArray::ZylNumArray: n must be >=2"},
+        TextCase{"bool", [](const ZylEnv& e) { ZylBoolArray(e, 0, 1); },
+                 "ZylBoolArray::ZylBoolArray: n != 1"},
+        TextCase{"bools", [](const ZylEnv& e) { ZylBoolArray(e, 1, 1, 0); },
+                 "ZylBoolArray::ZylBoolArray: n must be >= 2"},
+        TextCase{"any", [](const ZylEnv& e) { ZylAnyArray(e, 3, nullptr); },
+                 "ZylAnyArray::ZylAnyArray: n != 1"},
+        TextCase{"anys", [](const ZylEnv& e) { ZylAnyArray(e, 1, nullptr, nullptr); },
+                 "ZylAnyArray::ZylAnyArray: n must be >=2"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(ZylArray, DiscardTakesTheLastOccurrence) {
+  ZylIntArray array(env, 5, 1, 2, 1, 3, 1);
+  array.discard(1);
+  array.discard(9);
+  EXPECT_TRUE(ZylIntArray2::equal(array, ZylIntArray(env, 4, 1, 2, 1, 3)));
+  array.discard(ZylIntArray(env, 2, 1, 3));
+  EXPECT_TRUE(ZylIntArray2::equal(array, ZylIntArray(env, 2, 1, 2)));
+}
+
+TEST_F(ZylArray, ContainsLooksForEachElement) {
+  ZylIntArray array(env, 3, 1, 2, 3);
+  EXPECT_TRUE(array.contains(3));
+  EXPECT_FALSE(array.contains(4));
+  EXPECT_TRUE(array.contains(ZylIntArray(env, 2, 3, 1)));
+  EXPECT_FALSE(array.contains(ZylIntArray(env, 2, 3, 4)));
+  EXPECT_TRUE(array.contains(ZylIntArray(env)));
+  EXPECT_TRUE(ZylNumArray(env, 1, 2.5).contains(2.5));
+}
+
+TEST_F(ZylArray, KindsOfElements) {
+  const double nan = std::nan("");
+  EXPECT_TRUE(ZylIntArray(env).areElementsBoolean());
+  EXPECT_TRUE(ZylIntArray(env, 2, 0, 1).areElementsBoolean());
+  EXPECT_FALSE(ZylIntArray(env, 2, 0, -1).areElementsBoolean());
+  EXPECT_FALSE(ZylIntArray(env, 2, 0, 2).areElementsBoolean());
+  EXPECT_TRUE(ZylNumArray(env, 2, 0.0, 1.0).areElementsBoolean());
+  EXPECT_FALSE(ZylNumArray(env, 2, 0.0, 0.5).areElementsBoolean());
+  EXPECT_FALSE(ZylNumArray(env, 2, 0.0, -1.0).areElementsBoolean());
+  EXPECT_TRUE(ZylNumArray(env, 2, -7.0, 1e15).areElementsInteger());
+  EXPECT_FALSE(ZylNumArray(env, 1, nan).areElementsInteger());
+  EXPECT_FALSE(ZylNumArray(env, 1, 1.5).areElementsInteger());
+}
+
+TEST_F(ZylArray, ConversionsBetweenKinds) {
+  ZylIntArray ints = ZylNumArray(env, 2, -7.0, 3.0).toIntArray();
+  EXPECT_EQ(ints[0], -7);
+  EXPECT_EQ(ints.toNumArray()[1], 3.0);
+  EXPECT_EQ(ints.toAnyArray().getSize(), 2);
+  EXPECT_THROW(static_cast<void>(ZylNumArray(env, 2, 1.0, 1.5).toIntArray()), ZylBadConversion);
+}
+
+TEST_F(ZylArray, ArraysOfArraysCompareByElements) {
+  ZylIntArray a(env, 2, 1, 2);
+  ZylIntArray b(env, 2, 1, 2);
+  ZylIntArray2 table(env, 2, a);
+  EXPECT_EQ(table.getSize(), 3) << "two empty slots and the array";
+  EXPECT_EQ(table[0].getImpl(), nullptr);
+  EXPECT_TRUE(table.contains(b));
+  EXPECT_FALSE(table.contains(ZylIntArray(env, 2, 1, 3)));
+  EXPECT_FALSE(table.contains(ZylIntArray(env)));
+  EXPECT_FALSE(table.contains(ZylIntArray()));
+  EXPECT_TRUE(ZylIntArray2::equal(ZylIntArray(env), ZylIntArray(env)));
+  EXPECT_FALSE(ZylIntArray2::equal(a, ZylIntArray()));
+  EXPECT_FALSE(ZylNumArray2::equal(ZylNumArray(env, 1, std::nan("")), ZylNumArray(env, 1, std::nan(""))));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylAnyArray2(env, 1, ZylAnyArray()); },
+                                        "ZylAnyArray2::ZylAnyArray2: n != 1"));
+}
+
+TEST_F(ZylArray, EmptyHandlesNameTheirClass) {
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { ZylIntArray().add(1); },
+                                                  "Using empty ZylIntArray handle."));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { static_cast<void>(ZylNumArray().getSize()); },
+                                                  "Using empty ZylNumArray handle."));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([] { ZylIntArray().contains(1); },
+                                        "Empty Handle in ZylIntArray::contains"));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { ZylNumArray().contains(1.0); },
+                                                  "Empty Handle in ZylNumArray::contains"));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { ZylAnyArray().contains(nullptr); },
+                                                  "Empty Handle in ZylAnyArray::contains"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([] { ZylIntArray().discard(1); },
+                                        "Empty Handle in ZylIntArray::remove"));
+  EXPECT_THROW(ZylIntArray(ZylEnv(static_cast<ZylEnvI*>(nullptr))), ZylEmptyHandleException);
+}
+
+#ifndef NDEBUG
+TEST(ZylArrayDeathTest, IndicesAreAsserted) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EnvFixture env;
+  ZylIntArray array(env.env, 2);
+  EXPECT_DEATH(array[2] = 1, "index outside the array");
+  EXPECT_DEATH(array[-1] = 1, "index outside the array");
+}
+#endif
+
+}  // namespace
+}  // namespace zyl::test

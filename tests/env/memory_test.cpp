@@ -1,0 +1,232 @@
+// The size-class pools.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "support/support.h"
+
+namespace zyl::test {
+namespace {
+
+struct ScopedVariable {
+  ScopedVariable(const char* variable, const char* value) : name(variable) {
+    setenv(variable, value, 1);
+  }
+  ~ScopedVariable() { unsetenv(name); }
+  const char* name;
+};
+
+struct IndexCase {
+  const char* name;
+  long size;
+  long index;
+  long cell;
+};
+void PrintTo(const IndexCase& row, std::ostream* stream) { *stream << row.name; }
+
+class ZylMemoryIndex : public testing::TestWithParam<IndexCase> {};
+
+TEST_P(ZylMemoryIndex, PicksTheSmallestClassThatHolds) {
+  const IndexCase& row = GetParam();
+  ZylMemory memory(1);
+  EXPECT_EQ(memory.getIndex(row.size), row.index);
+  EXPECT_EQ(memory.getClass(row.index)->getSize(), row.cell);
+  void* block = memory.alloc(row.size);
+  EXPECT_EQ(memory.getMemoryUsage(), row.cell);
+  memory.free(block, row.size);
+  EXPECT_EQ(memory.getMemoryUsage(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Borders, ZylMemoryIndex,
+                         testing::Values(IndexCase{"one", 1, 0, 8}, IndexCase{"eight", 8, 0, 8},
+                                         IndexCase{"nine", 9, 1, 16}, IndexCase{"s64", 64, 7, 64},
+                                         IndexCase{"s65", 65, 8, 128}, IndexCase{"s128", 128, 8, 128},
+                                         IndexCase{"s129", 129, 9, 256},
+                                         IndexCase{"s2048", 2048, 12, 2048},
+                                         IndexCase{"s4000", 4000, 13, 4096}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(ZylMemory, LargeBlocksAreCountedExactlyAndNoClassServesThem) {
+  ZylMemory memory(1);
+  EXPECT_EQ(memory.getClassCount(), 14);
+  void* block = memory.alloc(4001);
+  EXPECT_EQ(memory.getMemoryUsage(), 4001);
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 4001);
+  memory.free(block, 4001);
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 0);
+  EXPECT_TRUE(RaisesWith<ZylMemoryException>([&] { memory.getIndex(4097); }, "not enough memory"));
+  EXPECT_EQ(memory.alloc(0), nullptr);
+}
+
+struct LimitCase {
+  const char* name;
+  const char* value;
+  long limit;
+  long classes;
+};
+void PrintTo(const LimitCase& row, std::ostream* stream) { *stream << row.name; }
+class ZylMemoryLimit : public testing::TestWithParam<LimitCase> {};
+
+TEST_P(ZylMemoryLimit, IsReadFromTheProcess) {
+  const LimitCase& row = GetParam();
+  ScopedVariable variable("ZYL_MEMORY_MANAGER_LIMIT", row.value);
+  ZylMemory memory(1);
+  EXPECT_EQ(memory.getLimit(), row.limit);
+  EXPECT_EQ(memory.getClassCount(), row.classes);
+  if (row.limit > 0) {
+    void* pooled = memory.alloc(row.limit - 1);
+    EXPECT_GT(memory.getMemoryUsage(), row.limit - 2);
+    memory.free(pooled, row.limit - 1);
+  }
+  const long size = row.limit > 0 ? row.limit : 8;
+  const long before = memory.getMemoryUsage();
+  void* block = memory.alloc(size);
+  std::memset(block, 1, static_cast<std::size_t>(size));
+  EXPECT_EQ(memory.getMemoryUsage() - before, size) << "a large block has no class size";
+  memory.free(block, size);
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, ZylMemoryLimit,
+                         testing::Values(LimitCase{"sixtyFour", "64", 64, 8},
+                                         LimitCase{"sixtyFive", "65", 65, 9},
+                                         LimitCase{"thousand", "1000", 1000, 12},
+                                         LimitCase{"zero", "0", 0, 8},
+                                         LimitCase{"negative", "-5", -5, 8},
+                                         LimitCase{"noNumber", "abc", 0, 8},
+                                         LimitCase{"narrowed", "4294967396", 100, 9}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(ZylMemory, CutsABlockFromItsStartAndGivesTheTailToSmallerClasses) {
+  ZylMemory memory(1);
+  // 500 words: 166 cells of 3 words leave 2, of which one becomes a cell of 8 bytes.
+  void* first = memory.alloc(24);
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 501 * 8);
+  for (long i = 1; i < 166; ++i) EXPECT_NE(memory.alloc(24), nullptr);
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 501 * 8) << "165 more cells come from the same block";
+  void* tail = memory.alloc(8);
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 501 * 8) << "and so does one cell of the class below";
+  EXPECT_EQ(static_cast<char*>(tail) - static_cast<char*>(first), 24) << "right behind the last cut";
+  static_cast<void>(memory.alloc(8));
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 501 * 8) << "the last word is wasted";
+}
+
+TEST(ZylMemory, ARemainderOfExactlyAClassGoesOneDown) {
+  ZylMemory memory(1);
+  // 62 cells of 64 bytes leave 4 words; 32 bytes are a class, so 24 of them go to the class below.
+  static_cast<void>(memory.alloc(64));
+  static_cast<void>(memory.alloc(24));
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 501 * 8);
+  static_cast<void>(memory.alloc(32));
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 501 * 8);
+}
+
+TEST(ZylMemory, TheLargestClassHasOneCellInABlock) {
+  ZylMemory memory(1);
+  void* a = memory.alloc(4000);
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 513 * 8);
+  void* b = memory.alloc(3000);
+  EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 513 * 8);
+  memory.free(a, 4000);
+  EXPECT_EQ(memory.alloc(2049), a) << "freed last, issued first";
+  static_cast<void>(b);
+}
+
+TEST(ZylMemory, AFailedRequestChangesNoCounter) {
+  for (const long useIt : {1L, 0L}) {
+    for (const long size : {8L, 200L, 4000L, 10000L}) {
+      SCOPED_TRACE(testing::Message() << size << " bytes, pools " << useIt);
+      ZylMemory memory(useIt);
+      {
+        FailingAllocator failing(1);
+        EXPECT_THROW(static_cast<void>(memory.alloc(size)), ZylMemoryException);
+      }
+      EXPECT_EQ(memory.getMemoryUsage(), 0);
+      EXPECT_EQ(memory.getTotalMemoryUsage(), 0);
+      void* block = memory.alloc(size);
+      std::memset(block, 7, static_cast<std::size_t>(size));
+      memory.free(block, size);
+    }
+  }
+}
+
+// Patterns in every block against a naive list, in both modes and with another limit.
+TEST(ZylMemory, BlocksNeverOverlap) {
+  for (unsigned seed = 1; seed <= 12; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    const long useIt = seed % 3 == 0 ? 0 : 1;
+    ScopedVariable variable("ZYL_MEMORY_MANAGER_LIMIT", seed % 2 == 0 ? "100" : "4001");
+    ZylMemory memory(useIt);
+    struct Block {
+      unsigned char* data;
+      long size;
+      unsigned char pattern;
+    };
+    std::vector<Block> blocks;
+    long expected = 0;
+    const auto cellOf = [&](long size) {
+      return size >= memory.getLimit() ? size : memory.getClass(memory.getIndex(size))->getSize();
+    };
+    for (int step = 0; step < 3000; ++step) {
+      if (blocks.empty() || random() % 5 < 3) {
+        const long size = 1 + static_cast<long>(random() % (random() % 8 == 0 ? 9000 : 150));
+        const auto pattern = static_cast<unsigned char>(random());
+        auto* data = static_cast<unsigned char*>(memory.alloc(size));
+        ASSERT_EQ(reinterpret_cast<std::uintptr_t>(data) % 8, 0U);
+        std::memset(data, pattern, static_cast<std::size_t>(size));
+        blocks.push_back({data, size, pattern});
+        expected += cellOf(size);
+      } else {
+        std::swap(blocks[random() % blocks.size()], blocks.back());
+        const Block block = blocks.back();
+        blocks.pop_back();
+        for (long i = 0; i < block.size; ++i) ASSERT_EQ(block.data[i], block.pattern);
+        memory.free(block.data, block.size);
+        expected -= cellOf(block.size);
+      }
+      ASSERT_EQ(memory.getMemoryUsage(), expected);
+    }
+    EXPECT_GE(memory.getTotalMemoryUsage(), expected);
+    for (const Block& block : blocks) memory.free(block.data, block.size);
+    EXPECT_EQ(memory.getMemoryUsage(), 0);
+  }
+}
+
+TEST(ZylAllocationList, CountsFixedCellsByTheirSize) {
+  ZylAllocationList fixed(24);
+  ZylAllocationList varying;
+  void* a = fixed.alloc(24);
+  void* b = fixed.alloc(24);
+  void* c = varying.alloc(1000);
+  EXPECT_EQ(fixed.getMemoryUsage(), 48);
+  EXPECT_EQ(varying.getMemoryUsage(), 1000);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(c) % 16, 0U);
+  fixed.free(a);
+  fixed.free(static_cast<ZylAllocationList::Cell*>(b) - 1);
+  EXPECT_EQ(fixed.getMemoryUsage(), 0);
+  varying.end();
+  EXPECT_EQ(varying.getMemoryUsage(), 0);
+}
+
+TEST(ZylGenAlloc, TheEnvironmentsOwnAllocatorIgnoresNothingToFree) {
+  EnvFixture env;
+  ZylGenAlloc* alloc = env->getGenAlloc();
+  const long before = env->getMemoryUsage();
+  alloc->free(nullptr, 8);
+  void* block = alloc->alloc(40);
+  alloc->free(block, 0);
+  EXPECT_EQ(env->getMemoryUsage(), before + 40);
+  alloc->free(block, 40);
+  EXPECT_EQ(env->getMemoryUsage(), before);
+  EXPECT_EQ(alloc->intern(nullptr), nullptr);
+  const std::string text = "a text";
+  EXPECT_EQ(alloc->intern("a text"), alloc->intern(text.c_str()));
+}
+
+}  // namespace
+}  // namespace zyl::test

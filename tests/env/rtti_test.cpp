@@ -1,0 +1,171 @@
+// Type identity.
+
+#include "vorlane/env/rtti.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "support/support.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+struct ClassFacts {
+  const char* name;
+  ZylTypeInfo type;
+  ZylTypeInfo base;
+  const char* ownName;
+};
+
+const ClassFacts Classes[] = {
+#define ZYL_CLASS(Class, Base) \
+  {#Class, Class::GetTypeInfo(), Base::GetTypeInfo(), Class::GetRttiTypeName()},
+#include "support/classes.inc"
+};
+
+TEST(ZylRtti, NoTwoClassesShareAToken) {
+  std::map<ZylTypeInfo, std::string> tokens;
+  tokens[ZylRtti::GetTypeInfo()] = "ZylRtti";
+  for (const ClassFacts& row : Classes) {
+    const auto [place, isNew] = tokens.emplace(row.type, row.name);
+    EXPECT_TRUE(isNew) << row.name << " has the token of " << place->second;
+  }
+}
+
+TEST(ZylRtti, EachClassKnowsItsNameAndItsBase) {
+  for (const ClassFacts& row : Classes) {
+    EXPECT_STREQ(row.name, row.ownName);
+    EXPECT_EQ(ZylGetBaseTypeInfo(row.type), row.base) << row.name;
+    long depth = 0;
+    ZylTypeInfo type = row.type;
+    while (type != ZylRtti::GetTypeInfo() && ++depth < 20) type = ZylGetBaseTypeInfo(type);
+    EXPECT_LT(depth, 20) << row.name << " does not lead to the root";
+  }
+  EXPECT_EQ(ZylGetBaseTypeInfo(ZylRtti::GetTypeInfo()), nullptr);
+}
+
+// Classes of this test alone, so that nobody else asks for their indices.
+class Middle : public ZylRttiEnvObjectI {
+  ZYL_TYPE(Middle, ZylRttiEnvObjectI)
+ public:
+  using ZylRttiEnvObjectI::ZylRttiEnvObjectI;
+};
+class Leaf : public Middle {
+  ZYL_TYPE(Leaf, Middle)
+ public:
+  using Middle::Middle;
+};
+class Sibling : public Middle {
+  ZYL_TYPE(Sibling, Middle)
+ public:
+  using Middle::Middle;
+};
+ZYL_TYPE_DEF(Middle, ZylRttiEnvObjectI)
+ZYL_TYPE_DEF(Leaf, Middle)
+ZYL_TYPE_DEF(Sibling, Middle)
+
+TEST(ZylRtti, IsTypeHoldsUpTheChainOnly) {
+  EnvFixture env;
+  auto* leaf = new (env.impl) Leaf(env.impl);
+  auto* middle = new (env.impl) Middle(env.impl);
+  EXPECT_TRUE(leaf->isType(Leaf::GetTypeInfo()));
+  EXPECT_TRUE(leaf->isType(Middle::GetTypeInfo()));
+  EXPECT_TRUE(leaf->isType(ZylRttiEnvObjectI::GetTypeInfo()));
+  EXPECT_TRUE(leaf->isType(ZylRtti::GetTypeInfo()));
+  EXPECT_FALSE(leaf->isType(Sibling::GetTypeInfo()));
+  EXPECT_FALSE(middle->isType(Leaf::GetTypeInfo()));
+  EXPECT_FALSE(leaf->isType(nullptr));
+
+  ZylRttiEnvObjectI* asBase = leaf;
+  EXPECT_EQ(zyl::as<Leaf>(asBase), leaf);
+  EXPECT_EQ(zyl::as<Sibling>(asBase), nullptr);
+  EXPECT_EQ(zyl::as<Leaf>(static_cast<ZylRttiEnvObjectI*>(nullptr)), nullptr);
+  EXPECT_TRUE(zyl::isExactly<Leaf>(asBase));
+  EXPECT_FALSE(zyl::isExactly<Middle>(asBase));
+  delete leaf;
+  delete middle;
+}
+
+TEST(ZylRtti, IndicesComeOnFirstDemand) {
+  EnvFixture env;
+  auto* sibling = new (env.impl) Sibling(env.impl);
+  EXPECT_EQ(sibling->getTypeIndex(), 0);
+  const long before = ZylRtti::_counter;
+  const long index = Sibling::GetTypeIndex();
+  EXPECT_EQ(index, before + 1);
+  EXPECT_EQ(Sibling::GetTypeIndex(), index);
+  EXPECT_EQ(sibling->getTypeIndex(), index);
+  EXPECT_EQ(sibling->getBaseTypeIndex(), Middle::GetTypeIndex());
+  EXPECT_EQ(ZylRtti::GetTypeIndex(), 0);
+  delete sibling;
+}
+
+TEST(ZylRttiEnvObjectI, HasNoFrontEndClone) {
+  EnvFixture env;
+  auto* object = new (env.impl) Leaf(env.impl);
+  EXPECT_FALSE(object->isKvlRefCounted());
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { env->getKvlClone(object); },
+                                        "ZylRttiEnvObjectI::makeKvlClone not implemented"));
+  EXPECT_EQ(env->getKvlClone(nullptr), nullptr);
+  delete object;
+}
+
+// A constructor that raises gives its block back, and one that runs gives it back by `delete`.
+class Thrower : public Middle {
+  ZYL_TYPE(Thrower, Middle)
+ public:
+  explicit Thrower(ZylEnvI* env, bool raises) : Middle(env) {
+    if (raises) throw ZylWrongUsage("raised");
+  }
+
+ private:
+  char _bulk[200] = {};
+};
+ZYL_TYPE_DEF(Thrower, Middle)
+
+TEST(ZylRttiEnvObjectI, BlocksGoBackAtTheirOwnSize) {
+  EnvFixture env;
+  const long before = env->getMemoryUsage();
+  EXPECT_THROW(new (env.impl) Thrower(env.impl, true), ZylWrongUsage);
+  EXPECT_EQ(env->getMemoryUsage(), before);
+  ZylRtti* object = new (env.impl) Thrower(env.impl, false);
+  EXPECT_GE(env->getMemoryUsage(), before + 200);
+  delete static_cast<ZylRttiEnvObjectI*>(object);
+  EXPECT_EQ(env->getMemoryUsage(), before);
+}
+
+class Managed : public ZylExtensibleRttiMemoryManagerObjectI {
+  ZYL_TYPE_MANAGED(Managed, ZylExtensibleRttiMemoryManagerObjectI)
+ public:
+  using ZylExtensibleRttiMemoryManagerObjectI::ZylExtensibleRttiMemoryManagerObjectI;
+};
+ZYL_TYPE_DEF(Managed, ZylExtensibleRttiMemoryManagerObjectI)
+
+TEST(ZylRttiMemoryManagerObjectI, LivesInItsManager) {
+  EnvFixture env;
+  const long before = env->getMemoryUsage();
+  auto* object = new (env->getGenAlloc()) Managed(env->getGenAlloc());
+  EXPECT_EQ(object->getEnv(), env.impl);
+  object->setName("named");
+  object->setIntProperty("n", 3);
+  EXPECT_EQ(object->getIntProperty("n"), 3);
+  delete object;
+  // The property's name stays interned.
+  env->intern("n");
+  EXPECT_LE(env->getMemoryUsage() - before, 400);
+
+  ZylAllocationStack stack;
+  ZylStackGenAlloc alloc(&stack, env->getSymbolTable());
+  auto* stacked = new (static_cast<ZylGenAlloc*>(&alloc)) Managed(&alloc);
+  EXPECT_TRUE(RaisesWith<ZylEnv::IncompatibleMemoryManagerException>(
+      [&] { static_cast<void>(stacked->getEnv()); }, "Incompatible memory manager"));
+  delete stacked;
+  EXPECT_EQ(stack.getFreed(), static_cast<long>(sizeof(Managed)));
+}
+
+}  // namespace
+}  // namespace zyl::test

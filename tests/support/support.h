@@ -1,0 +1,136 @@
+// What the tests share: matchers that print what differs, and the failing allocator.
+
+#ifndef ZYL_TESTS_SUPPORT_SUPPORT_H
+#define ZYL_TESTS_SUPPORT_SUPPORT_H
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "vorlane/env.h"
+
+namespace zyl::test {
+
+/// What `print` writes.
+inline std::string printed(const ZylQuietException& exception) {
+  std::ostringstream stream;
+  exception.print(stream);
+  return stream.str();
+}
+
+/// What `display` writes.
+template <class T>
+std::string displayed(const T& object) {
+  std::ostringstream stream;
+  if constexpr (std::is_pointer_v<T>) {
+    object->display(stream);
+  } else {
+    object.display(stream);
+  }
+  return stream.str();
+}
+
+template <class T>
+testing::AssertionResult DisplaysAs(const T& object, const std::string& text) {
+  const std::string actual = displayed(object);
+  if (actual == text) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "displays as \"" << actual << "\", not as \"" << text << '"';
+}
+
+/// Whether the call raises exactly a `T` whose message, or whose printed form, is `text`.
+template <class T, class Callable>
+testing::AssertionResult RaisesWith(Callable&& callable, const std::string& text) {
+  try {
+    callable();
+  } catch (ZylQuietException& exception) {
+    const std::string message = exception.getMessage();
+    const std::string form = printed(exception);
+    const bool sameType = typeid(exception) == typeid(T);
+    exception.end();
+    if (!sameType) return testing::AssertionFailure() << "raises another type, with: " << form;
+    if (message == text || form == text) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "raises with message \"" << message << "\", printed \""
+                                       << form << "\", not \"" << text << '"';
+  }
+  return testing::AssertionFailure() << "raises nothing";
+}
+
+/// An environment for the length of a scope.
+struct EnvFixture {
+  EnvFixture() = default;
+  ~EnvFixture() { env.end(); }
+  EnvFixture(const EnvFixture&) = delete;
+  EnvFixture& operator=(const EnvFixture&) = delete;
+  ZylEnvI* operator->() const { return env.getImpl(); }
+
+  ZylEnv env;
+  ZylEnvI* impl = env.getImpl();
+};
+
+/// A test with an environment.
+class EnvTest : public testing::Test {
+ protected:
+  ~EnvTest() override { env.end(); }
+
+  ZylEnv env;
+  ZylEnvI* impl = env.getImpl();
+};
+
+namespace detail {
+inline long allocationsLeft = 0;
+inline bool failWhenUsedUp() { return --allocationsLeft < 0; }
+}  // namespace detail
+
+/// Makes the n-th request to the global allocator fail, and all behind it, for the length of a scope.
+class FailingAllocator {
+ public:
+  explicit FailingAllocator(long n) {
+    detail::allocationsLeft = n - 1;
+    zyl::detail::failAllocation = &detail::failWhenUsedUp;
+  }
+  ~FailingAllocator() { zyl::detail::failAllocation = nullptr; }
+  FailingAllocator(const FailingAllocator&) = delete;
+  FailingAllocator& operator=(const FailingAllocator&) = delete;
+};
+
+/// Runs `operation(state)` on a fresh `setup()` with the first request failing, then the second, and
+/// so on until it succeeds. Each failure must be a `ZylMemoryException`; `check(state)` runs after
+/// each, with the allocator whole again. Returns the number of failures.
+template <class Setup, class Operation, class Check>
+long FailEachAllocation(Setup setup, Operation operation, Check check) {
+  for (long n = 1; n < 1000; ++n) {
+    SCOPED_TRACE(testing::Message() << "request " << n << " fails");
+    auto state = setup();
+    try {
+      FailingAllocator failing(n);
+      operation(*state);
+      return n - 1;
+    } catch (const ZylMemoryException& exception) {
+      EXPECT_STREQ(exception.getMessage(), "not enough memory");
+    } catch (const ZylException& exception) {
+      ADD_FAILURE() << "another exception: " << printed(exception);
+    }
+    check(*state);
+  }
+  ADD_FAILURE() << "does not succeed";
+  return -1;
+}
+
+/// Fills the size class of `size` so that the next request goes to the global allocator.
+inline void useUpPools(ZylEnvI* env) {
+  if (!env->usesMemoryManager()) return;
+  for (long size = 8; size < 4000; size = size < 64 ? size + 8 : size * 2) {
+    // The pools tell of a new block by their total.
+    const long before = env->getTotalMemoryUsage();
+    void* block = nullptr;
+    while (env->getTotalMemoryUsage() == before) block = env->alloc(static_cast<unsigned long>(size));
+    const long filled = env->getTotalMemoryUsage();
+    while (env->getTotalMemoryUsage() == filled) block = env->alloc(static_cast<unsigned long>(size));
+    static_cast<void>(block);
+  }
+}
+
+}  // namespace zyl::test
+
+#endif
