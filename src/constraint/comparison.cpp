@@ -30,8 +30,12 @@ constexpr long RightConverted = 2;
 
 ZylBinaryNumConstraintI::ZylBinaryNumConstraintI(ZylEnvI* env, ZylNumExprI* left,
                                                  ZylNumExprI* right, const char* name)
-    : ZylConstraintI(env, name), _left(operandOf(left)), _right(operandOf(right)),
-      _flags((isVariable(left) ? 0 : LeftConverted) + (isVariable(right) ? 0 : RightConverted)) {
+    : ZylConstraintI(env, name), _left(nullptr), _right(nullptr), _flags(0) {
+  // Asked first: the conversion of a temporary ends it.
+  if (!isVariable(left)) _flags += LeftConverted;
+  if (!isVariable(right)) _flags += RightConverted;
+  _left = operandOf(left);
+  _right = operandOf(right);
   _left->hold();
   _right->hold();
 }

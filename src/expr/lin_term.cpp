@@ -188,6 +188,7 @@ struct VariableMarks {
   static void set(ZylNumLinExprTermI* term) noexcept { term->_var->setMark(term); }
   static ZylNumLinExprTermI* get(const ZylNumVarI* variable) noexcept { return variable->getMark(); }
   static void clear(const ZylNumVarI*) noexcept {}
+  static void prefetch(const ZylNumVarI* variable) noexcept { variable->prefetchMark(); }
 };
 
 // ... or, where several threads normalise, in an array of its own, by id and all zero between uses.
@@ -209,6 +210,7 @@ class ArrayMarks {
     return static_cast<ZylNumLinExprTermI*>(_marks[variable->getId()]);
   }
   void clear(const ZylNumVarI* variable) const noexcept { _marks[variable->getId()] = nullptr; }
+  static void prefetch(const ZylNumVarI* variable) noexcept { __builtin_prefetch(variable); }
 
  private:
   ZylEnvI* _env;
@@ -227,17 +229,50 @@ struct TailAtEnd {
   }
 };
 
+/// Runs ahead of a walk and asks for what it will need: marks lie scattered, and whether a term is the
+/// last one cannot be predicted, so without this each of them waits for memory in turn.
+template <class Ask>
+class Lookahead {
+ public:
+  Lookahead(ZylNumLinExprTermI* head, int distance, Ask ask) : _ahead(head), _ask(ask) {
+    for (int i = 0; i < distance; ++i) step();
+  }
+  // What lies ahead is never unlinked before the walk comes to it.
+  void step() {
+    if (_ahead == nullptr) return;
+    _ask(_ahead);
+    _ahead = _ahead->_next;
+  }
+
+ private:
+  ZylNumLinExprTermI* _ahead;
+  Ask _ask;
+};
+
+constexpr int FarAhead = 24;
+constexpr int NearAhead = 8;
+
 // Pass one marks each variable with its last term. Pass two adds every other term to the marked one,
 // which comes later; a zero is dropped when its own turn comes, when all has been added to it.
 template <class Marks>
 long mergeTerms(ZylEnvI* env, TermList* terms, const Marks& marks) {
+  const auto askForMark = [&](const ZylNumLinExprTermI* term) { marks.prefetch(term->_var); };
+  Lookahead markWalk(terms->_head, FarAhead, askForMark);
   for (ZylNumLinExprTermI* term = terms->_head; term != nullptr; term = term->_next) {
+    markWalk.step();
     marks.set(term);
   }
+  const auto askForLast = [&](const ZylNumLinExprTermI* term) {
+    __builtin_prefetch(marks.get(term->_var), /*rw=*/1);
+  };
+  Lookahead far(terms->_head, FarAhead, askForMark);
+  Lookahead near(terms->_head, NearAhead, askForLast);
   TailAtEnd tail{terms};
   long merged = 0;
   ZylNumLinExprTermI** link = &terms->_head;
   while (ZylNumLinExprTermI* term = *link) {
+    far.step();
+    near.step();
     ZylNumLinExprTermI* last = marks.get(term->_var);
     if (last == term) {
       if (term->_coef != 0.0) {

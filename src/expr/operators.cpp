@@ -33,7 +33,7 @@ long ZylDivOverflow(double a, double b) {
 
 namespace zyl::detail {
 
-constinit std::atomic<ZylEnvI*> recentTermEnv = nullptr;
+constinit thread_local ZylEnvI* recentTermEnv = nullptr;
 
 // --- sums -----------------------------------------------------------------------------------------
 

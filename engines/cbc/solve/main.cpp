@@ -53,7 +53,12 @@ struct Options {
   double gap = -1.0;
 };
 
-[[noreturn]] void fail(const std::string& what) {
+// One line, whatever a reader put into its complaint.
+[[noreturn]] void fail(std::string what) {
+  for (char& c : what) {
+    if (c == '\n' || c == '\r') c = ' ';
+  }
+  what.erase(what.find_last_not_of(' ') + 1);
   std::cerr << "vorlane-solve: " << what << std::endl;
   std::exit(ExitUsage);
 }

@@ -171,13 +171,14 @@ FileModel readLp(const std::string& path) {
   reader.setInfinity(HUGE_VAL);
   try {
     std::unique_ptr<CoinFileInput> input(CoinFileInput::create(path));
-    // A plain file goes by name; a compressed one through its unpacked text.
+    // The reader knows no compressed files: it gets the unpacked text.
     std::unique_ptr<FILE, int (*)(FILE*)> text(tmpfile(), &fclose);
     if (text == nullptr) throw ReadError(std::strerror(errno));
     char buffer[4096];
     while (input->gets(buffer, sizeof(buffer)) != nullptr) std::fputs(buffer, text.get());
     std::rewind(text.get());
-    reader.readLp(text.get(), 1e-12);
+    // The reader closes what it is given.
+    reader.readLp(text.release(), 1e-12);
   } catch (const CoinError& error) {
     throw ReadError(error.message());
   }

@@ -83,6 +83,7 @@ class ZYL_EXPORT ZylNumVarI : public ZylIntExprI {
   /// Scratch word of a normalisation, meaningful only during one.
   ZylNumLinExprTermI* getMark() const noexcept { return _mark; }
   void setMark(ZylNumLinExprTermI* term) noexcept { _mark = term; }
+  void prefetchMark() const noexcept { __builtin_prefetch(&_mark, /*rw=*/1); }
 
  private:
   void replaceDomain(ZylVarDomainI* domain, ZylVarDomainI* before);

@@ -1,0 +1,151 @@
+// The memo of deep copies.
+
+#include "vorlane/env/clone_manager.h"
+
+#include <gtest/gtest.h>
+
+#include "support/probe.h"
+#include "support/support.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+class ZylCloning : public EnvTest {
+ protected:
+  ~ZylCloning() override { other.end(); }
+  Probe* cloneOf(Probe* p) { return static_cast<Probe*>(target->getClone(p)); }
+
+  ZylEnv other;
+  ZylEnvI* target = other.getImpl();
+};
+
+TEST_F(ZylCloning, SharedPartsStayShared) {
+  Probe* leaf = probe(env, "leaf");
+  Probe* left = probe(env, "left", leaf);
+  Probe* right = probe(env, "right", leaf, leaf);
+  Probe* top = probe(env, "top", left, right);
+  Probe* clone = cloneOf(top);
+  EXPECT_EQ(clone->getEnv(), target);
+  EXPECT_STREQ(clone->getName(), "top");
+  auto* cloneLeft = static_cast<Probe*>(clone->left);
+  auto* cloneRight = static_cast<Probe*>(clone->right);
+  EXPECT_EQ(cloneLeft->left, cloneRight->left);
+  EXPECT_EQ(cloneRight->left, cloneRight->right);
+  EXPECT_NE(cloneLeft->left, leaf);
+  EXPECT_NE(cloneOf(top), clone) << "the memo lasts for the outermost call";
+  EXPECT_FALSE(target->hasClone(top));
+}
+
+TEST_F(ZylCloning, TheLockKeepsClonesKnown) {
+  Probe* a = probe(env, "a");
+  EXPECT_EQ(target->lockCloning(), 1);
+  EXPECT_EQ(target->lockCloning(), 0);
+  EXPECT_TRUE(target->isCloningLocked());
+  EXPECT_FALSE(target->hasClone(a));
+  Probe* clone = cloneOf(a);
+  EXPECT_TRUE(target->hasClone(a));
+  EXPECT_EQ(cloneOf(a), clone);
+  EXPECT_EQ(cloneOf(probe(env, "b", a))->left, clone);
+  target->unlockCloning();
+  EXPECT_FALSE(target->hasClone(a));
+  EXPECT_NE(cloneOf(a), clone);
+}
+
+TEST_F(ZylCloning, LevelsAreUndone) {
+  Probe* a = probe(env, "a");
+  Probe* b = probe(env, "b");
+  target->lockCloning();
+  Probe* first = cloneOf(a);
+  const long level = target->lockCloningLevel();
+  target->unlockCloningLevel(level);
+  EXPECT_TRUE(target->hasClone(a));
+  cloneOf(b);
+  target->unlockCloningLevel(level);
+  EXPECT_FALSE(target->hasClone(b));
+  EXPECT_EQ(cloneOf(a), first);
+  target->unlockCloning();
+}
+
+TEST_F(ZylCloning, ClonesMayBeGiven) {
+  Probe* a = probe(env, "a");
+  Probe* stand = probe(other, "stand-in");
+  target->lockCloning();
+  target->setClone(a, stand);
+  EXPECT_EQ(cloneOf(a), stand);
+  EXPECT_EQ(cloneOf(probe(env, "user", a))->left, stand);
+  target->unlockCloning();
+  EXPECT_EQ(target->getClone(nullptr), nullptr);
+  EXPECT_EQ(target->substitute(nullptr), nullptr);
+  EXPECT_FALSE(target->hasClone(nullptr));
+  EXPECT_STREQ(static_cast<Probe*>(target->substitute(a))->getName(), "a");
+}
+
+// An id is issued again at once: the memo must not hand out a dead object's clone.
+TEST_F(ZylCloning, AnObjectsEndForgetsItsClone) {
+  env.getImpl()->lockCloning();
+  Probe* a = probe(env, "a");
+  const long id = a->getId();
+  env.getImpl()->getClone(a);
+  a->end();
+  Probe* b = probe(env, "b");
+  ASSERT_EQ(b->getId(), id);
+  EXPECT_FALSE(impl->hasClone(b));
+  EXPECT_STREQ(static_cast<Probe*>(impl->getClone(b))->getName(), "b");
+  env.getImpl()->unlockCloning();
+}
+
+TEST_F(ZylCloning, AFailureGivesTheLockBack) {
+  auto* bare = new (impl) BareProbe(impl, nullptr);
+  Probe* user = probe(env, "user", bare);
+  const std::string text =
+      "Extractable with id " + std::to_string(bare->getId()) + " do not have clone mechanism";
+  EXPECT_TRUE(RaisesWith<ZylExtractable::NoCloneMechanismException>([&] { cloneOf(user); }, text));
+  EXPECT_FALSE(target->isCloningLocked());
+  EXPECT_THROW(target->substitute(user), ZylExtractable::NoCloneMechanismException);
+  EXPECT_FALSE(target->isCloningLocked());
+  EXPECT_EQ(target->lockCloning(), 1);
+  EXPECT_THROW(cloneOf(user), ZylExtractable::NoCloneMechanismException);
+  EXPECT_TRUE(target->isCloningLocked()) << "the client's lock stays the client's";
+  target->unlockCloning();
+}
+
+class Substituting : public ZylExpanderI {
+ public:
+  explicit Substituting(ZylEnvI* env) : ZylExpanderI(env) {}
+  ZylExtractableI* substitute(ZylExtractableI* object) override {
+    return object->getName() != nullptr && object->getName()[0] == '*' ? Stand : nullptr;
+  }
+  static inline ZylExtractableI* Stand = nullptr;
+};
+
+TEST_F(ZylCloning, TheExpanderDecidesOnlyInSubstitute) {
+  Probe* special = probe(env, "*");
+  Probe* user = probe(env, "user", special);
+  Substituting::Stand = probe(other, "stand-in");
+  target->setExpanderPop([](ZylEnvI* e) -> ZylExpanderI* { return new Substituting(e); });
+  EXPECT_NE(cloneOf(user)->left, Substituting::Stand);
+  EXPECT_EQ(static_cast<Probe*>(target->substitute(user))->left, Substituting::Stand);
+  EXPECT_NE(cloneOf(user)->left, Substituting::Stand) << "taken back behind the call";
+}
+
+TEST_F(ZylCloning, FailedAllocations) {
+  for (int i = 0; i < 300; ++i) probe(env);
+  Probe* leaf = probe(env, "leaf");
+  Probe* top = probe(env, "top", leaf, leaf);
+  FailEachAllocation(
+      [&] {
+        useUpPools(target);
+        return &other;
+      },
+      [&](ZylEnv&) { cloneOf(top); },
+      [&](ZylEnv&) {
+        EXPECT_FALSE(target->isCloningLocked());
+        EXPECT_FALSE(target->hasClone(leaf));
+      });
+  Probe* clone = cloneOf(top);
+  EXPECT_EQ(clone->left, clone->right);
+}
+
+}  // namespace
+}  // namespace zyl::test

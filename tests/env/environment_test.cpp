@@ -1,0 +1,535 @@
+// Coming up, ids, marks, locks, going down.
+
+#include "vorlane/env/environment.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+
+#include "support/probe.h"
+#include "support/support.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+class ZylEnvironment : public EnvTest {
+ protected:
+  long newId() { return probe(env)->getId(); }
+};
+
+TEST_F(ZylEnvironment, FreedIdsComeBackLastFreedFirst) {
+  Probe* probes[4];
+  for (Probe*& p : probes) p = probe(env);
+  const long first = probes[0]->getId();
+  for (long i = 0; i < 4; ++i) EXPECT_EQ(probes[i]->getId(), first + i);
+  probes[1]->end();
+  probes[2]->end();
+  EXPECT_EQ(newId(), first + 2);
+  EXPECT_EQ(newId(), first + 1);
+  EXPECT_EQ(newId(), first + 4);
+}
+
+TEST(ZylIdManager, TheBoundFallsBySingleStepsOnly) {
+  ZylMemory memory(1);
+  ZylIdManager ids(&memory);
+  for (long i = 0; i < 5; ++i) EXPECT_EQ(ids.bookId(), i);
+  ids.freeId(3);
+  EXPECT_EQ(ids.getMaxId(), 5);
+  ids.freeId(4);
+  EXPECT_EQ(ids.getMaxId(), 4) << "a bound, not the highest in use";
+  EXPECT_EQ(ids.bookId(), 4);
+  EXPECT_EQ(ids.getMaxId(), 5);
+  ids.end();
+}
+
+TEST(ZylIdManager, GrowsOnTheFirstIdBeyond) {
+  ZylMemory memory(1);
+  ZylIdManager ids(&memory);
+  for (long i = 0; i < 255; ++i) ASSERT_EQ(ids.bookId(), i);
+  {
+    FailingAllocator failing(1);
+    // The last id of the table needs the next table to chain to.
+    try {
+      ASSERT_EQ(ids.bookId(), 255);
+      EXPECT_THROW(ids.bookId(), ZylMemoryException);
+    } catch (const ZylMemoryException&) {
+    }
+  }
+  for (long i = ids.getMaxId(); i <= 256; ++i) ASSERT_EQ(ids.bookId(), i);
+  EXPECT_EQ(ids.getCapacity(), 512);
+  EXPECT_FALSE(ids.isFree(256));
+  EXPECT_TRUE(ids.isFree(257));
+  EXPECT_EQ(ids.getLive(3), nullptr) << "booked, with no object";
+  long seen = 0;
+  ids.freeId(7);
+  for (ZylIdManager::Iterator it(ids); it.ok(); ++it) {
+    EXPECT_NE(*it, 7);
+    ++seen;
+  }
+  EXPECT_EQ(seen, 256);
+  ids.end();
+}
+
+// Ids against a naive free list.
+TEST(ZylIdManager, AgreesWithAStack) {
+  for (unsigned seed = 1; seed <= 10; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    srand(seed);
+    ZylMemory memory(seed % 2);
+    ZylIdManager ids(&memory);
+    std::vector<long> used;
+    std::vector<long> freed;
+    long next = 0;
+    for (int step = 0; step < 3000; ++step) {
+      if (used.empty() || rand() % 5 < 3) {
+        const long expected = freed.empty() ? next++ : freed.back();
+        if (!freed.empty()) freed.pop_back();
+        const long id = ids.bookId();
+        ASSERT_EQ(id, expected);
+        used.push_back(id);
+      } else {
+        const std::size_t k = static_cast<std::size_t>(rand()) % used.size();
+        ids.freeId(used[k]);
+        freed.push_back(used[k]);
+        used.erase(used.begin() + static_cast<long>(k));
+      }
+      for (const long id : used) ASSERT_LT(id, ids.getMaxId());
+    }
+    ids.end();
+  }
+}
+
+TEST_F(ZylEnvironment, DuplicatesTexts) {
+  const long before = impl->getMemoryUsage();
+  const std::string large(5000, 'x');
+  for (const char* text : {"", "short", large.c_str()}) {
+    char* copy = impl->strDup(text);
+    EXPECT_STREQ(copy, text);
+    EXPECT_NE(copy, text);
+    impl->strFree(copy);
+  }
+  EXPECT_EQ(impl->getMemoryUsage(), before);
+  EXPECT_EQ(impl->strDup(nullptr), nullptr);
+  impl->strFree(nullptr);
+}
+
+TEST_F(ZylEnvironment, MarksAreZeroAndOnePerUser) {
+  EXPECT_THROW(impl->getMarkArray(), ZylNotSupportedOperation);
+  impl->useMTSafeNormalization(1);
+  void** a = impl->getMarkArray();
+  void** b = impl->getMarkArray();
+  EXPECT_NE(a, b);
+  for (long i = 0; i < impl->getIdManager()->getMaxId() + 1000; ++i) {
+    ASSERT_EQ(a[i], nullptr);
+    ASSERT_EQ(b[i], nullptr);
+  }
+  impl->releaseMarkArray(a);
+  EXPECT_EQ(impl->getMarkArray(), a) << "the first that is free";
+  impl->releaseMarkArray(a);
+  impl->releaseMarkArray(b);
+  // An array that became too short is replaced.
+  const long wanted = impl->getIdManager()->getMaxId() + 1500;
+  while (impl->getIdManager()->getMaxId() < wanted) impl->getIdManager()->bookId();
+  void** longer = impl->getMarkArray();
+  longer[impl->getIdManager()->getMaxId() - 1] = &env;
+  longer[impl->getIdManager()->getMaxId() - 1] = nullptr;
+  impl->releaseMarkArray(longer);
+  impl->useMTSafeNormalization(0);
+  EXPECT_THROW(impl->getMarkArray(), ZylNotSupportedOperation);
+}
+
+TEST_F(ZylEnvironment, AFailedMarkArrayLeavesTheLockOpen) {
+  impl->useMTSafeAllocation(1);
+  impl->useMTSafeNormalization(1);
+  void** held = impl->getMarkArray();
+  {
+    FailingAllocator failing(1);
+    EXPECT_THROW(impl->getMarkArray(), ZylMemoryException);
+  }
+  impl->releaseMarkArray(impl->getMarkArray());
+  impl->releaseMarkArray(held);
+}
+
+class CountingLocalEnv : public ZylLocalEnvI {
+ public:
+  using ZylLocalEnvI::ZylLocalEnvI;
+  void* alloc(unsigned long size) override {
+    ++allocs;
+    return getEnv()->getMemory()->alloc(static_cast<long>(size));
+  }
+  void free(void* block, unsigned long size) override {
+    ++frees;
+    getEnv()->getMemory()->free(block, static_cast<long>(size));
+  }
+  void saveValue(void**) override { ++saves; }
+  void saveValue(long*) override { ++saves; }
+  void saveValue(double*) override { ++saves; }
+  long allocs = 0;
+  long frees = 0;
+  long saves = 0;
+};
+
+TEST_F(ZylEnvironment, SwitchesOfThreadSafety) {
+  EXPECT_EQ(impl->getMutex(), nullptr);
+  impl->useMTSafeAllocation(1);
+  ZylLocalEnvI* local = impl->getLocalEnv();
+  ASSERT_NE(local, nullptr);
+  EXPECT_NE(impl->getMutex(), nullptr);
+  impl->useMTSafeAllocation(2);
+  EXPECT_EQ(impl->getLocalEnv(), local) << "on already";
+  Probe* p = probe(env, "named");
+  p->end();
+  EXPECT_EQ(p, probe(env));
+  impl->useMTSafeAllocation(0);
+  EXPECT_EQ(impl->getLocalEnv(), nullptr);
+  EXPECT_NE(impl->getMutex(), nullptr) << "stays";
+
+  CountingLocalEnv own(impl);
+  impl->setLocalEnv(&own);
+  EXPECT_TRUE(RaisesWith<ZylNotSupportedOperation>([&] { impl->useMTSafeAllocation(1); },
+                                                   "Operation Not Supported."));
+  EXPECT_FALSE(impl->isMTSafeAllocation());
+  EXPECT_EQ(impl->getLocalEnv(), &own);
+  impl->setLocalEnv(nullptr);
+}
+
+TEST_F(ZylEnvironment, ALocalEnvironmentServesObjectsAndIds) {
+  CountingLocalEnv local(impl);
+  impl->setLocalEnv(&local);
+  Probe* p = probe(env, "name");
+  EXPECT_GE(local.allocs, 2);
+  EXPECT_EQ(impl->getIdManager()->getLive(p->getId()), p);
+  long word = 0;
+  impl->saveValue(&word);
+  EXPECT_EQ(local.saves, 1);
+  p->end();
+  EXPECT_EQ(local.allocs, local.frees);
+  impl->setLocalEnv(nullptr);
+}
+
+TEST(ZylEnvEnd, ThreadSafeAllocationMayStayOn) {
+  ZylEnv env;
+  env.getImpl()->useMTSafeAllocation(1);
+  env.getImpl()->useMTSafeNormalization(1);
+  probe(env, "left");
+  env.setName("env");
+  env.end();
+}
+
+std::vector<std::string> endOrder;
+
+class Destroyable : public ZylDestroyableI {
+  ZYL_TYPE(Destroyable, ZylDestroyableI)
+ public:
+  Destroyable(ZylEnvI* env, std::string name) : ZylDestroyableI(env), _name(std::move(name)) {}
+  ~Destroyable() override { endOrder.push_back(_name); }
+
+ private:
+  std::string _name;
+};
+ZYL_TYPE_DEF(Destroyable, ZylDestroyableI)
+
+class EndingAlgorithm : public ZylAlgorithmI {
+ public:
+  EndingAlgorithm(ZylEnvI* env, const char* name) : ZylAlgorithmI(env), _ownName(name) {}
+  ~EndingAlgorithm() override { endOrder.push_back(_ownName); }
+  bool doExtract(const ZylExtractableI*, void**) override { return true; }
+  bool doRemove(const ZylExtractableI*, void*) override { return true; }
+  bool doApply(const ZylChange*, void**, const ZylExtractableI*) override { return true; }
+  double getObjValue() const override { return 0; }
+  using ZylAlgorithmI::getValue;
+  double getValue(const ZylNumVarI*) const override { return 0; }
+  double getValue(const ZylObjectiveI*) const override { return 0; }
+
+ private:
+  const char* _ownName;
+};
+
+class EndingPlugIn : public ZylPlugIn {
+  ZYL_TYPE(EndingPlugIn, ZylPlugIn)
+ public:
+  using ZylPlugIn::ZylPlugIn;
+  ~EndingPlugIn() override { endOrder.push_back("plug-in"); }
+};
+ZYL_TYPE_DEF(EndingPlugIn, ZylPlugIn)
+
+class EndingDisplay : public ZylKvlDisplayI {
+ public:
+  ~EndingDisplay() override { endOrder.push_back("display"); }
+};
+
+TEST(ZylEnvEnd, GoesDownInOrder) {
+  for (const bool pools : {true, false}) {
+    SCOPED_TRACE(pools ? "pools" : "no pools");
+    const char* before = std::getenv("ZYL_NO_MEMORY_MANAGER");
+    if (!pools) {
+      setenv("ZYL_NO_MEMORY_MANAGER", "", 1);
+    } else if (before != nullptr) {
+      continue;
+    }
+    endOrder.clear();
+    Probe::Died.clear();
+    ZylEnv env;
+    if (before == nullptr) unsetenv("ZYL_NO_MEMORY_MANAGER");
+    EXPECT_EQ(env.getImpl()->usesMemoryManager(), pools);
+    EXPECT_EQ(env.getImpl()->getFlags() & ZylEnvI::MemoryManagerFlag, pools ? 1 : 0);
+    ZylEnvI* impl = env.getImpl();
+    const auto noteDeath = [] { endOrder.push_back("extractable"); };
+    probe(env, "a")->onDeath = noteDeath;
+    probe(env, "b")->onDeath = noteDeath;
+    impl->getPlugInManager()->add(new (impl) EndingPlugIn(impl), "name");
+    new EndingAlgorithm(impl, "first algorithm");
+    new EndingAlgorithm(impl, "second algorithm");
+    new (impl) Destroyable(impl, "first destroyable");
+    delete new (impl) Destroyable(impl, "deleted early");
+    new (impl) Destroyable(impl, "second destroyable");
+    ZylKvlDisplayI::Register(impl, new EndingDisplay);
+    env.end();
+    EXPECT_EQ(env.getImpl(), nullptr);
+    std::vector<std::string> expected = {"deleted early",      "display",
+                                         "second destroyable", "first destroyable",
+                                         "second algorithm",   "first algorithm"};
+    if (!pools) expected.insert(expected.end(), 2, "extractable");
+    expected.push_back("plug-in");
+    EXPECT_EQ(endOrder, expected);
+    EXPECT_EQ(Probe::Died, pools ? std::vector<std::string>() : (std::vector<std::string>{"a", "b"}));
+  }
+}
+
+TEST(ZylEnvEnd, WithoutPoolsGraphsAreReleasedWhole) {
+  const char* before = std::getenv("ZYL_NO_MEMORY_MANAGER");
+  setenv("ZYL_NO_MEMORY_MANAGER", "0", 1);
+  ZylEnv env;
+  if (before == nullptr) unsetenv("ZYL_NO_MEMORY_MANAGER");
+  ASSERT_FALSE(env.getImpl()->usesMemoryManager());
+  ZylNumVar x(env);
+  ZylNumVar y(env, 0, 1, ZylNumVar::Int, "y");
+  ZylModel model(env, "model");
+  model.add(ZylRange(env, 0, x + 2 * y + ZylMax(x, y), 10));
+  model.add(ZylMinimize(env, x * x + y));
+  x.getImpl()->setIntProperty("p", 1);
+  env.end();  // a leak checker tells the rest
+}
+
+TEST(ZylDestroyableList, DoublesItsBuckets) {
+  EnvFixture env;
+  ZylDestroyableList list(env.impl, 1, &ZylDestroyableList::HashPointer,
+                          &ZylDestroyableList::ComparePointers);
+  std::vector<Destroyable*> objects;
+  for (int i = 0; i < 9; ++i) objects.push_back(new (env.impl) Destroyable(env.impl, "d"));
+  list.add(objects[0]);
+  list.add(objects[0]);
+  EXPECT_EQ(list.getSize(), 1);
+  list.add(objects[1]);
+  EXPECT_EQ(list.getBucketCount(), 1);
+  list.add(objects[2]);
+  EXPECT_EQ(list.getBucketCount(), 2);
+  EXPECT_EQ(list.getHead(), objects[2]);
+  for (Destroyable* object : objects) list.add(object);
+  EXPECT_EQ(list.getSize(), 9);
+  EXPECT_EQ(list.getBucketCount(), 8);
+  list.remove(objects[2]);
+  list.remove(objects[2]);
+  EXPECT_EQ(list.getSize(), 8);
+  for (long i = 0; i < 9; ++i) list.remove(objects[static_cast<std::size_t>(i)]);
+  EXPECT_EQ(list.getHead(), nullptr);
+}
+
+TEST(ZylDestroyableList, RefusesAHashOutside) {
+  EnvFixture env;
+  ZylDestroyableList list(
+      env.impl, 1, [](const ZylDestroyableI*, long buckets) { return buckets; },
+      &ZylDestroyableList::ComparePointers);
+  auto* object = new (env.impl) Destroyable(env.impl, "d");
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { list.add(object); }, "Hash function returned bad index"));
+  EXPECT_EQ(list.getSize(), 0);
+}
+
+TEST(ZylEnvCreation, EachFailureIsTheMemoryExceptionAndLeavesNothing) {
+  for (const bool pools : {true, false}) {
+    const char* before = std::getenv("ZYL_NO_MEMORY_MANAGER");
+    if (!pools) setenv("ZYL_NO_MEMORY_MANAGER", "1", 1);
+    const long failures = FailEachAllocation([] { return std::make_unique<ZylEnv*>(nullptr); },
+                                             [](ZylEnv*&) {
+                                               ZylEnv env;
+                                               zyl::detail::failAllocation = nullptr;
+                                               env.end();
+                                             },
+                                             [](ZylEnv*&) {});
+    EXPECT_GT(failures, 20);
+    if (before == nullptr) unsetenv("ZYL_NO_MEMORY_MANAGER");
+  }
+}
+
+TEST_F(ZylEnvironment, ObjectsFailCleanly) {
+  // Object, name and record, each in turn.
+  long before = 0;
+  FailEachAllocation(
+      [&] {
+        useUpPools(impl);
+        before = impl->getMemoryUsage();
+        return &env;
+      },
+      [](ZylEnv& e) { probe(e, "a name that is long enough for a block of its own, with some more"); },
+      [&](ZylEnv& e) {
+        EXPECT_EQ(impl->getMemoryUsage(), before);
+        Probe* p = probe(e);
+        EXPECT_EQ(impl->getIdManager()->getLive(p->getId()), p);
+        p->end();
+      });
+}
+
+TEST_F(ZylEnvironment, ExtensionComesWithFirstUse) {
+  const long before = impl->getMemoryUsage();
+  EXPECT_EQ(env.getName(), nullptr);
+  env.setName(nullptr);
+  env.setObject(nullptr);
+  EXPECT_FALSE(env.hasProperty("p"));
+  EXPECT_EQ(impl->getMemoryUsage(), before);
+  char name[] = "name";
+  env.setName(name);
+  name[0] = 'N';
+  EXPECT_STREQ(env.getName(), "name");
+  env.setName(nullptr);
+  EXPECT_EQ(env.getName(), nullptr);
+  env.setObject(&env);
+  EXPECT_EQ(env.getObject(), &env);
+}
+
+TEST_F(ZylEnvironment, MemoryManagersLeadBack) {
+  EXPECT_EQ(ZylEnv(env.getMemoryManager()).getImpl(), impl);
+  EXPECT_EQ(ZylGetEnv(env.getMemoryManager()), impl);
+  ZylAllocationStack stack;
+  ZylStackGenAlloc alloc(&stack, impl->getSymbolTable());
+  EXPECT_TRUE(RaisesWith<ZylEnv::IncompatibleMemoryManagerException>(
+      [&] { ZylEnv other{ZylMemoryManager(&alloc)}; }, "Incompatible memory manager"));
+  EXPECT_THROW(ZylEnv other{ZylMemoryManager()}, ZylEnv::IncompatibleMemoryManagerException);
+}
+
+TEST_F(ZylEnvironment, OneDisplayCallback) {
+  auto* first = new ZylKvlDisplayI;
+  ZylKvlDisplayI second;
+  EXPECT_EQ(ZylKvlDisplayI::Register(impl, first), nullptr);
+  EXPECT_EQ(ZylKvlDisplayI::Register(impl, first), first);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylKvlDisplayI::Register(impl, &second); },
+                                        "ZylKvlDisplayI::Register : callback is already set"));
+  EXPECT_EQ(impl->getKvlDisplay(), first);
+  ZylKvlDisplayI::Unregister(impl, first);
+  EXPECT_EQ(ZylKvlDisplayI::Register(impl, &second), nullptr);
+  ZylKvlDisplayI::Unregister(impl, &second);
+  delete first;
+}
+
+TEST_F(ZylEnvironment, StreamsAndTime) {
+  std::ostringstream out;
+  env.setOut(out);
+  env.printTime();
+  EXPECT_EQ(out.str().rfind("Elapsed time since creation : ", 0), 0U);
+  EXPECT_EQ(out.str().back(), '\n');
+  env.getNullStream() << "nothing" << 1.0 << std::endl;
+  EXPECT_TRUE(env.getNullStream().good());
+  EXPECT_EQ(std::string(env.getVersion()).rfind("@(#)", 0), 0U);
+}
+
+TEST_F(ZylEnvironment, DeleterOperationsWithoutOne) {
+  Probe* p = probe(env);
+  impl->removeAndDelete(p, 0);
+  EXPECT_GE(p->getId(), 0);
+  impl->setDeleterVerbosityLevel(3);
+  impl->unsetDeleter();
+  EXPECT_THROW(impl->inhibitDeleter(1), ZylWrongUsage);
+  impl->removeVerticalEnv(nullptr);
+  const long living = Probe::Living;
+  impl->removeVerticalEnv(p);
+  EXPECT_EQ(Probe::Living, living - 1);
+}
+
+struct EmptyCase {
+  const char* name;
+  void (*call)(const ZylEnv& env);
+  const char* text;
+};
+void PrintTo(const EmptyCase& row, std::ostream* stream) { *stream << row.name; }
+class ZylEnvEmptyHandle : public testing::TestWithParam<EmptyCase> {};
+
+TEST_P(ZylEnvEmptyHandle, Raises) {
+  const ZylEnv empty(static_cast<ZylEnvI*>(nullptr));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { GetParam().call(empty); }, GetParam().text));
+}
+
+const char* const Empty = "ZylEnv: Using empty handle";
+INSTANTIATE_TEST_SUITE_P(
+    Operations, ZylEnvEmptyHandle,
+    testing::Values(
+        EmptyCase{"getName", [](const ZylEnv& e) { e.getName(); }, Empty},
+        EmptyCase{"setName", [](const ZylEnv& e) { e.setName("x"); }, Empty},
+        EmptyCase{"getObject", [](const ZylEnv& e) { e.getObject(); }, Empty},
+        EmptyCase{"setObject", [](const ZylEnv& e) { e.setObject(nullptr); }, Empty},
+        EmptyCase{"getProperties", [](const ZylEnv& e) { e.getProperties(); }, Empty},
+        EmptyCase{"setProperties", [](const ZylEnv& e) { e.setProperties(ZylNamedPropertySet()); }, Empty},
+        EmptyCase{"removeAll", [](const ZylEnv& e) { e.removeAllProperties(); }, Empty},
+        EmptyCase{"addProperty", [](const ZylEnv& e) { e.addProperty(ZylNamedProperty()); }, Empty},
+        EmptyCase{"addCloned", [](const ZylEnv& e) { e.addClonedProperty(ZylNamedProperty()); }, Empty},
+        EmptyCase{"addProperties", [](const ZylEnv& e) { e.addProperties(ZylNamedPropertySet()); }, Empty},
+        EmptyCase{"hasProperty", [](const ZylEnv& e) { e.hasProperty("x"); }, Empty},
+        EmptyCase{"getProperty", [](const ZylEnv& e) { e.getProperty("x"); }, Empty},
+        EmptyCase{"getPropertyI", [](const ZylEnv& e) { e.getPropertyI("x"); }, Empty},
+        EmptyCase{"getString", [](const ZylEnv& e) { e.getStringProperty("x"); }, Empty},
+        EmptyCase{"getAny", [](const ZylEnv& e) { e.getAnyProperty("x"); }, Empty},
+        EmptyCase{"getNum", [](const ZylEnv& e) { e.getNumProperty("x"); }, Empty},
+        EmptyCase{"getInt", [](const ZylEnv& e) { e.getIntProperty("x"); }, Empty},
+        EmptyCase{"setString", [](const ZylEnv& e) { e.setStringProperty("x", ""); }, Empty},
+        EmptyCase{"setAny", [](const ZylEnv& e) { e.setAnyProperty("x", nullptr); }, Empty},
+        EmptyCase{"setNum", [](const ZylEnv& e) { e.setNumProperty("x", 0); }, Empty},
+        EmptyCase{"setInt", [](const ZylEnv& e) { e.setIntProperty("x", 0); }, Empty},
+        EmptyCase{"remove", [](const ZylEnv& e) { e.removeProperty("x"); }, Empty},
+        EmptyCase{"getSymbol", [](const ZylEnv& e) { e.getSymbol("x"); }, "Using empty handle."},
+        EmptyCase{"makeSymbol", [](const ZylEnv& e) { e.makeSymbol("x"); }, "Using empty handle."}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(ZylEnvironment, ArgumentsThatAreMissing) {
+  const char* text = "ZylEnv: Using empty string";
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.hasProperty(nullptr); }, text));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.setIntProperty(nullptr, 1); }, text));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.removeProperty(nullptr); }, text));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.addProperty(ZylNamedProperty()); },
+                                                  "ZylNamedProperty: Using empty handle"));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.addProperties(ZylNamedPropertySet()); },
+                                                  "ZylNamedPropertySet: Using empty handle"));
+  EXPECT_FALSE(impl->hasProperty(nullptr));
+}
+
+class CountingMutex : public ZylBaseEnvMutex {
+ public:
+  explicit CountingMutex(bool* deleted) : _deleted(deleted) {}
+  ~CountingMutex() override { *_deleted = true; }
+  void lock() override { ++held; }
+  void unlock() override { --held; }
+  long held = 0;
+
+ private:
+  bool* _deleted;
+};
+
+TEST(ZylMT, TheProcessWideLockMayBeHandedOver) {
+  bool deleted = false;
+  CountingMutex kept(&deleted);
+  EXPECT_FALSE(ZylIsMTEnabled());
+  *ZylInitMT(&kept) = 0;
+  EXPECT_TRUE(ZylIsMTEnabled());
+  EXPECT_GT(ZylNumSquareI::GetTypeIndex(), 0);
+  EXPECT_EQ(kept.held, 0);
+  ZylEndMT();
+  EXPECT_FALSE(deleted);
+  EXPECT_FALSE(ZylIsMTEnabled());
+  *ZylInitMT(new CountingMutex(&deleted)) = 1;
+  ZylEndMT();
+  EXPECT_TRUE(deleted);
+  EXPECT_EQ(ZylEnvI::DeleteMutex, 0);
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,231 @@
+// Chained tables, and the light tables of addresses.
+
+#include "vorlane/env/hash_table.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <random>
+#include <unordered_map>
+
+#include "support/support.h"
+#include "vorlane/env/simple_hash_table.h"
+
+namespace zyl::test {
+namespace {
+
+TEST(ZylHashFunctions, StayInsideTheTable) {
+  std::mt19937_64 random(11);
+  for (int i = 0; i < 20000; ++i) {
+    const long key = static_cast<long>(random() >> (random() % 64));
+    const long signedKey = i % 2 == 0 ? key : -key;
+    const long n = 1 + static_cast<long>(random() % 1000);
+    const auto inside = [n](long index) { return index >= 0 && index < n; };
+    ASSERT_TRUE(inside(ZylIntegerHashFunction(signedKey, n))) << signedKey << " of " << n;
+    ASSERT_TRUE(inside(ZylPlatformIndependentIntegerHashFunction(signedKey, n))) << signedKey;
+    ASSERT_TRUE(inside(ZylAddressHashFunction(reinterpret_cast<void*>(signedKey), n)));
+    ASSERT_TRUE(inside(ZylFloatHashFunction(static_cast<double>(signedKey) * 1e-3, n))) << signedKey;
+    std::string text;
+    for (std::uint64_t k = random() % 20; k > 0; --k) {
+      text.push_back(static_cast<char>(1 + random() % 255));
+    }
+    ASSERT_TRUE(inside(ZylStringHashFunction(text.c_str(), n))) << text;
+    const long index = ZylStringHashFunction2(text.c_str(), 64);
+    ASSERT_TRUE(index >= 0 && index < 64);
+  }
+  for (const double value : {0.0, -1.0, 1e300, -1e300, ZylInfinity, -ZylInfinity, std::nan("")}) {
+    const long index = ZylFloatHashFunction(value, 31);
+    EXPECT_TRUE(index >= 0 && index < 31) << value;
+  }
+}
+
+TEST(ZylHashFunctions, EqualKeysHashAlike) {
+  EXPECT_EQ(ZylFloatHashFunction(0.0, 31), ZylFloatHashFunction(-0.0, 31));
+  EXPECT_EQ(ZylStringHashFunction("ab", 1000), 16 * 'a' + 'b');
+  EXPECT_EQ(ZylStringHashFunction2("ab", 1L << 30), 65599 * 'a' + 'b');
+  EXPECT_TRUE(ZylStringCompFunction("x", "x"));
+  EXPECT_FALSE(ZylStringCompFunction("x", "xy"));
+}
+
+TEST(ZylHashTable, AgreesWithMap) {
+  for (unsigned seed = 1; seed <= 10; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    EnvFixture env;
+    const long before = env->getMemoryUsage();
+    auto* table = new (env->getGenAlloc()) ZylIntegerHashTable<long>(
+        env->getGenAlloc(), 1 + static_cast<long>(random() % 8));
+    std::unordered_map<long, long> model;
+    for (int step = 0; step < 2000; ++step) {
+      const long key = static_cast<long>(random() % 300) - 150;
+      if (random() % 3 == 0) {
+        ASSERT_EQ(table->remove(key), model.erase(key) == 1);
+      } else if (!table->contains(key)) {
+        table->add(key, step);
+        model[key] = step;
+      }
+      ASSERT_EQ(table->getSize(), static_cast<long>(model.size()));
+      ASSERT_LE(table->getSize(), 2 * table->getBucketCount());
+    }
+    for (long key = -160; key <= 160; ++key) {
+      const long* value = table->find(key);
+      ASSERT_EQ(value != nullptr, model.count(key) == 1) << key;
+      if (value == nullptr) continue;
+      ASSERT_EQ(*value, model[key]);
+    }
+    long visited = 0;
+    table->forEach([&](long key, long value) {
+      EXPECT_EQ(model.at(key), value);
+      ++visited;
+    });
+    EXPECT_EQ(visited, table->getSize());
+    delete table;
+    EXPECT_EQ(env->getMemoryUsage(), before);
+  }
+}
+
+TEST(ZylHashTable, DoublesBeyondTwiceItsBuckets) {
+  ZylHashTable<long, long> table(31, &ZylIntegerHashFunction, &ZylIntegerCompFunction);
+  for (long i = 0; i < 62; ++i) table.add(i, i);
+  EXPECT_EQ(table.getBucketCount(), 31);
+  table.add(62, 62);
+  EXPECT_EQ(table.getBucketCount(), 62);
+  for (long i = 0; i < 63; ++i) ASSERT_NE(table.find(i), nullptr);
+  table.end();
+  EXPECT_EQ(table.getSize(), 0);
+  table.add(1, 2);
+  EXPECT_EQ(*table.find(1), 2);
+}
+
+TEST(ZylHashTable, TheNewestOfLikeKeysIsFound) {
+  ZylHashTable<long, long> table(4, &ZylIntegerHashFunction, &ZylIntegerCompFunction);
+  table.add(1, 10);
+  table.add(1, 20);
+  EXPECT_EQ(*table.find(1), 20);
+  EXPECT_TRUE(table.remove(1));
+  EXPECT_EQ(*table.find(1), 10);
+}
+
+TEST(ZylHashTable, RefusesAHashOutside) {
+  for (const long outside : {-1L, 4L}) {
+    static long index;
+    index = outside;
+    ZylHashTable<long, long> table(4, [](long, long) { return index; }, &ZylIntegerCompFunction);
+    EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { table.add(1, 1); }, "Hash function returned bad index"));
+    EXPECT_EQ(table.getSize(), 0);
+    EXPECT_TRUE(
+        RaisesWith<ZylWrongUsage>([&] { table.contains(1); }, "Hash function returned bad index"));
+  }
+}
+
+TEST(ZylHashTable, SurvivesFailedAllocations) {
+  FailEachAllocation(
+      [] {
+        auto table = std::make_unique<ZylHashTable<long, long>>(1, &ZylIntegerHashFunction,
+                                                                &ZylIntegerCompFunction);
+        table->add(1, 1);
+        table->add(2, 2);
+        return table;
+      },
+      [](ZylHashTable<long, long>& table) { table.add(3, 3); },
+      [](ZylHashTable<long, long>& table) {
+        EXPECT_EQ(table.getSize(), 2);
+        table.add(3, 3);
+        for (long i = 1; i <= 3; ++i) EXPECT_EQ(*table.find(i), i);
+      });
+  ZylHashTable<long, long> table(1, &ZylIntegerHashFunction, &ZylIntegerCompFunction);
+  table.add(1, 1);
+  table.add(2, 2);
+  {
+    FailingAllocator failing(2);  // the entry succeeds, the growth does not
+    table.add(3, 3);
+  }
+  for (long i = 1; i <= 3; ++i) EXPECT_EQ(*table.find(i), i);
+}
+
+// --- the light tables -----------------------------------------------------------------------------
+
+void* address(long i) { return reinterpret_cast<void*>(8 * i); }
+
+TEST(ZylSimpleHashTable, AgreesWithMultimap) {
+  for (unsigned seed = 1; seed <= 10; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    EnvFixture env;
+    ZylSimpleHashTable2 table(env.env, 4, 8);
+    std::map<long, std::vector<long>> model;  // values of a key, newest last
+    long count = 0;
+    for (int step = 0; step < 1500; ++step) {
+      const long key = 1 + static_cast<long>(random() % 120);
+      const long value = 1 + static_cast<long>(random() % 1000);
+      switch (random() % 6) {
+        case 0:
+        case 1:
+          table.add(address(key), address(value));
+          model[key].push_back(value);
+          ++count;
+          break;
+        case 2:
+          ASSERT_EQ(table.addWithCheck(address(key), address(value)), model[key].empty() ? 0 : 2);
+          model[key].push_back(value);
+          ++count;
+          break;
+        case 3:
+          ASSERT_EQ(table.remove(address(key)), model[key].empty() ? 1 : 0);
+          if (!model[key].empty()) {
+            model[key].pop_back();
+            --count;
+          }
+          break;
+        default: {
+          void* found = nullptr;
+          ASSERT_EQ(table.isIn(address(key)), !model[key].empty());
+          ASSERT_EQ(table.getValue(address(key), found), model[key].empty() ? 1 : 0);
+          ASSERT_EQ(table[address(key)] != nullptr, !model[key].empty());
+        }
+      }
+      ASSERT_EQ(table.getCount(), count);
+    }
+    long walked = 0;
+    for (ZylSimpleHashTable::Iterator it(table); it.ok(); ++it) ++walked;
+    EXPECT_EQ(walked, count);
+    table.clear();
+    EXPECT_EQ(table.getCount(), 0);
+    EXPECT_FALSE(table.isIn(address(1)));
+    table.end();
+  }
+}
+
+TEST(ZylSimpleHashTable, TheSentinelIsNoResult) {
+  EnvFixture env;
+  ZylSimpleHashTable table(env.env, 8);
+  const long before = env->getMemoryUsage();
+  EXPECT_FALSE(table.isIn(address(5)));
+  EXPECT_FALSE(table.isIn(address(5))) << "the sentinel still holds the key";
+  EXPECT_EQ(table[address(5)], nullptr);
+  void* value = &env;
+  EXPECT_EQ(table.getValue(address(5), value), 1);
+  EXPECT_EQ(value, &env);
+  table.add(address(5), address(9));
+  EXPECT_TRUE(table.isIn(address(5)));
+  EXPECT_EQ(table.remove(address(5)), 0);
+  EXPECT_FALSE(table.isIn(address(5))) << "what was found last is gone";
+  EXPECT_EQ(table[address(5)], nullptr);
+  EXPECT_EQ(env->getMemoryUsage(), before);
+  table.end();
+}
+
+TEST(ZylSimpleHashTable, GrowsAtItsLimit) {
+  EnvFixture env;
+  ZylSimpleHashTable2 table(env.env, 2, 4);
+  for (long i = 1; i <= 3; ++i) table.add(address(i), address(i));
+  EXPECT_EQ(table.getLimit(), 4);
+  table.add(address(4), address(4));
+  EXPECT_EQ(table.getLimit(), 8);
+  for (long i = 1; i <= 4; ++i) EXPECT_EQ(table[address(i)], address(i));
+  table.end();
+}
+
+}  // namespace
+}  // namespace zyl::test

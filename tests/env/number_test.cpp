@@ -1,0 +1,218 @@
+// Rounding, parsing and printing of numbers; the stop watch and the locale.
+
+#include "vorlane/env/number.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <string>
+
+#include "support/support.h"
+#include "vorlane/env.h"
+
+namespace zyl::test {
+namespace {
+
+constexpr double Inf = ZylInfinity;
+
+TEST(ZylNumber, Rounding) {
+  struct Row {
+    double value, round, kvlRound;
+    long trunc;
+  };
+  const Row rows[] = {
+      {2.5, 3, 3, 2},
+      {-2.5, -3, -2, -2},
+      {0.49, 0, 0, 0},
+      {-0.5, -1, 0, 0},
+      {0.0, 0, 0, 0},
+      {-7.9, -8, -8, -7},
+      {1e300, 1e300, 1e300, ZylIntMax},
+      {-1e300, -1e300, -1e300, ZylIntMin},
+      {Inf, Inf, Inf, ZylIntMax},
+      {-Inf, -Inf, -Inf, ZylIntMin},
+      {9007199254740991.0, 9007199254740991.0, 9007199254740992.0, ZylIntMax},
+      {0.49999999999999994, 0, 1, 0},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(ZylRound(row.value), row.round) << row.value;
+    EXPECT_EQ(ZylKvlRound(row.value), row.kvlRound) << row.value;
+    EXPECT_EQ(ZylTrunc(row.value), row.trunc) << row.value;
+  }
+  EXPECT_EQ(ZylTrunc(std::nan("")), 0);
+  EXPECT_TRUE(ZylIsNAN(std::nan("")));
+  EXPECT_FALSE(ZylIsNAN(Inf));
+}
+
+TEST(ZylNumber, DivisionsRoundDownAndUp) {
+  for (long a = -9; a <= 9; ++a) {
+    for (long b = -4; b <= 4; ++b) {
+      if (b == 0) continue;
+      const double exact = static_cast<double>(a) / static_cast<double>(b);
+      EXPECT_EQ(ZylDownDiv(a, b), static_cast<long>(std::floor(exact))) << a << " / " << b;
+      EXPECT_EQ(ZylUpDiv(a, b), static_cast<long>(std::ceil(exact))) << a << " / " << b;
+    }
+  }
+}
+
+TEST(ZylNumber, ParsesNumbers) {
+  const std::pair<const char*, double> rows[] = {
+      {"1.5", 1.5},
+      {"-0.25e2", -25.0},
+      {"infinityfoo", Inf},
+      {"Infinity", Inf},
+      {"-infinity", -Inf},
+      {"-Infinityx", -Inf},
+      {"  +7", 7.0},
+      {".5", 0.5},
+      {"5.", 5.0},
+      {"1e", 1.0},
+      {"1E+", 1.0},
+      {"0.000000000000000000000000000001", 1e-30},
+      {"123456789012345678901234", 123456789012345678e6},
+      {"1e308", 1e308},
+  };
+  for (const auto& [text, value] : rows) {
+    EXPECT_DOUBLE_EQ(ZylParseNum(text), value) << text;
+  }
+}
+
+TEST(ZylNumber, ParsesIntegers) {
+  const std::pair<const char*, long> rows[] = {{"maxint2", ZylIntMax}, {"-maxint", ZylIntMin},
+                                               {"truest", 1},          {"false", 0},
+                                               {"-17", -17},           {" 42", 42}};
+  for (const auto& [text, value] : rows) EXPECT_EQ(ZylParseInt(text), value) << text;
+}
+
+TEST(ZylNumber, RefusedTextsTellTheirKind) {
+  struct Row {
+    const char* text;
+    bool number;
+    ZylParsingNumberMismatch::Type type;
+  };
+  using M = ZylParsingNumberMismatch;
+  const Row rows[] = {{"1.5x", true, M::BadNum},       {"", false, M::BadInt},
+                      {"x", true, M::BadNum},          {"1..5", true, M::BadNum},
+                      {"0x10", true, M::BadNum},       {"1e999", true, M::OutOfRange},
+                      {"1e-999", true, M::OutOfRange}, {"1.5", false, M::BadInt},
+                      {"99999999999999999999", false, M::OutOfRange}};
+  for (const Row& row : rows) {
+    if (row.text[0] == '\0') continue;
+    try {
+      if (row.number) {
+        static_cast<void>(ZylParseNum(row.text));
+      } else {
+        static_cast<void>(ZylParseInt(row.text));
+      }
+      ADD_FAILURE() << row.text << " was accepted";
+    } catch (const ZylParsingNumberMismatch& exception) {
+      EXPECT_EQ(exception.getType(), row.type) << row.text;
+      EXPECT_EQ(exception.getString(), row.text);
+      EXPECT_STREQ(exception.getMessage(), "Problem parsing this string");
+    }
+  }
+}
+
+TEST(ZylNumber, StrtodTellsWhereItStopped) {
+  const std::pair<const char*, long> rows[] = {{"12abc", 2}, {"1.2.3", 3}, {"-", 0},  {"  x", 0},
+                                               {"1e5z", 3},  {"1ex", 2},   {".", 0},  {"+.e1", 0},
+                                               {"1e+x", 3},  {"-.5-", 3},  {"", 0}};
+  for (const auto& [text, length] : rows) {
+    char* end = nullptr;
+    ZylStrtod(text, &end);
+    EXPECT_EQ(end - text, length) << text;
+  }
+  EXPECT_TRUE(std::signbit(ZylStrtod("-0", nullptr)));
+}
+
+TEST(ZylNumber, StrtodAgreesWithTheLibrarysOwn) {
+  std::mt19937_64 random(7);
+  for (int i = 0; i < 5000; ++i) {
+    char text[64];
+    const double mantissa = std::ldexp(static_cast<double>(random() >> 11), -53);
+    const int exponent = static_cast<int>(random() % 300) - 150;
+    std::snprintf(text, sizeof(text), "%s%.15ge%d", i % 2 == 0 ? "-" : "", mantissa, exponent);
+    const double expected = std::strtod(text, nullptr);
+    char* end = nullptr;
+    const double actual = ZylStrtod(text, &end);
+    ASSERT_EQ(*end, '\0') << text;
+    ASSERT_NEAR(actual, expected, std::fabs(expected) * 1e-14) << text;
+  }
+}
+
+TEST(ZylNumber, ConvertsToCompactText) {
+  struct Row {
+    double value;
+    int precision;
+    const char* text;
+  };
+  const Row rows[] = {{1.5, -1, "1.5"},      {100, -1, "100"},        {1e20, 14, "1e+20"},
+                      {0.00001, -1, "0.00001"}, {-2.5, -1, "2.5"},    {0, -1, "0"},
+                      {1e-6, -1, "0.000001"}, {1e-7, -1, "1e-7"},     {123456, 3, "1.235e+5"},
+                      {1234, 3, "1234"},      {0.5, 0, "0.5"},        {1.0 / 3, 99, "0.33333333333333"},
+                      {10, -1, "10"},         {1e14, 14, "100000000000000"}, {1e15, 14, "1e+15"},
+                      {12345.678, -1, "12345.678"}, {99999.5, 2, "1e+5"}};
+  for (const Row& row : rows) {
+    char buffer[64];
+    int status = 7;
+    const long length = convertZylNum(buffer, sizeof(buffer), row.value, row.precision, &status);
+    EXPECT_STREQ(buffer, row.text) << row.value << " by " << row.precision;
+    EXPECT_EQ(length, static_cast<long>(std::strlen(row.text)));
+    EXPECT_EQ(status, 0);
+  }
+  for (const double value : {Inf, -Inf, std::nan("")}) {
+    char buffer[64];
+    int status = 0;
+    EXPECT_EQ(convertZylNum(buffer, sizeof(buffer), value, -1, &status), 1);
+    EXPECT_STREQ(buffer, "?");
+    EXPECT_EQ(status, -1);
+  }
+}
+
+TEST(ZylNumber, TextAndBackKeepsFourteenDigits) {
+  std::mt19937_64 random(3);
+  for (int i = 0; i < 3000; ++i) {
+    const double value = std::ldexp(static_cast<double>(random() >> 11),
+                                    static_cast<int>(random() % 100) - 100);
+    char buffer[64];
+    int status = 0;
+    convertZylNum(buffer, sizeof(buffer), value, -1, &status);
+    ASSERT_NEAR(ZylParseNum(buffer), value, value * 1e-14) << buffer;
+  }
+}
+
+TEST(ZylTimer, StoppingAndStartingTwiceChangesNothing) {
+  ZylTimer timer{ZylMemoryManager()};
+  EXPECT_EQ(timer.getEnv(), nullptr);
+  EXPECT_EQ(timer.getTime(), 0.0);
+  EXPECT_EQ(timer.stop(), 0.0);
+  EXPECT_EQ(timer.start(), 0.0);
+  EXPECT_GE(timer.start(), 0.0);
+  const double total = timer.stop();
+  EXPECT_EQ(timer.stop(), total);
+  EXPECT_EQ(timer.getTime(), total);
+  timer.reset();
+  EXPECT_EQ(timer.getTime(), 0.0);
+}
+
+TEST(ZylScopedSetLocale, RestoresInReverseOrder) {
+  const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+  {
+    ZylScopedSetLocale outer(LC_NUMERIC, "C.UTF-8");
+    const std::string between = std::setlocale(LC_NUMERIC, nullptr);
+    {
+      ZylScopedSetLocale inner(LC_NUMERIC, "C");
+      EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+      ZylScopedSetLocale same(LC_NUMERIC, "C");
+    }
+    EXPECT_EQ(std::setlocale(LC_NUMERIC, nullptr), between);
+  }
+  EXPECT_EQ(std::setlocale(LC_NUMERIC, nullptr), before);
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,119 @@
+// Plug-ins and their add-ons.
+
+#include "vorlane/env/plug_in.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/support.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+std::vector<std::string> events;
+
+class Named : public ZylPlugIn {
+  ZYL_TYPE(Named, ZylPlugIn)
+ public:
+  Named(ZylEnvI* env, const char* name) : ZylPlugIn(env), name(name) {}
+  ~Named() override { events.push_back(std::string("end ") + name); }
+  const char* name;
+};
+ZYL_TYPE_DEF(Named, ZylPlugIn)
+
+class Addon : public ZylPlugInAddon {
+  ZYL_TYPE(Addon, ZylPlugInAddon)
+ public:
+  Addon(ZylEnvI* env, const char* name) : ZylPlugInAddon(env), _name(name) {}
+  ~Addon() override { events.push_back(std::string("end ") + _name); }
+  void plugInAdded(ZylPlugIn* plugIn) override { note("added", plugIn); }
+  void plugInRemoved(ZylPlugIn* plugIn) override { note("removed", plugIn); }
+
+ private:
+  void note(const char* what, ZylPlugIn* plugIn) {
+    events.push_back(std::string(_name) + " " + what + " " + static_cast<Named*>(plugIn)->name);
+  }
+  const char* _name;
+};
+ZYL_TYPE_DEF(Addon, ZylPlugInAddon)
+
+class ZylPlugIns : public EnvTest {
+ protected:
+  ZylPlugIns() { events.clear(); }
+  Named* plugIn(const char* name) { return new (impl) Named(impl, name); }
+  Addon* addon(const char* name) { return new (impl) Addon(impl, name); }
+
+  ZylPlugInManager* manager = impl->getPlugInManager();
+};
+
+using Events = std::vector<std::string>;
+
+TEST_F(ZylPlugIns, CounterpartsMeetInEitherOrder) {
+  Addon* a = addon("a");
+  manager->add(a, "service");
+  Named* p = plugIn("p");
+  manager->add(p, "service");
+  EXPECT_EQ(events, (Events{"a added p"}));
+  Addon* b = addon("b");
+  manager->add(b, "service");
+  manager->add(plugIn("elsewhere"), "other service");
+  EXPECT_EQ(events, (Events{"a added p", "b added p"}));
+
+  events.clear();
+  manager->remove(a, "service");
+  manager->remove(a, "service");
+  manager->remove(b, "no such service");
+  EXPECT_EQ(events, (Events{"a removed p"}));
+  delete a;
+  manager->remove(p, "service");
+  EXPECT_EQ(events, (Events{"a removed p", "end a", "b removed p"}));
+  delete p;
+}
+
+TEST_F(ZylPlugIns, AreFoundByNameAndExactType) {
+  EXPECT_FALSE(manager->isCreated(Named::GetTypeInfo(), "service"));
+  EXPECT_EQ(manager->findCell("service"), nullptr);
+  Named* p = plugIn("p");
+  manager->add(p, "service");
+  EXPECT_TRUE(manager->isCreated(Named::GetTypeInfo(), "service"));
+  EXPECT_FALSE(manager->isCreated(ZylPlugIn::GetTypeInfo(), "service"));
+  EXPECT_FALSE(manager->isCreated(Named::GetTypeInfo(), "other"));
+  EXPECT_EQ(manager->findOrCreateCell("service"), manager->findCell("service"));
+  manager->remove(p, "service");
+  EXPECT_FALSE(manager->isCreated(Named::GetTypeInfo(), "service"));
+  delete p;
+}
+
+TEST(ZylPlugInManager, EndsWhatIsLeft) {
+  ZylEnv env;
+  events.clear();
+  ZylEnvI* impl = env.getImpl();
+  impl->getPlugInManager()->add(new (impl) Named(impl, "p"), "first");
+  impl->getPlugInManager()->add(new (impl) Addon(impl, "a"), "first");
+  impl->getPlugInManager()->add(new (impl) Named(impl, "q"), "second");
+  events.clear();
+  env.end();
+  EXPECT_EQ(events, (Events{"end q", "end p", "end a"}));
+}
+
+TEST_F(ZylPlugIns, AFailedRegistrationChangesNothing) {
+  Named* p = plugIn("p");
+  FailEachAllocation(
+      [&] {
+        useUpPools(impl);
+        return manager;
+      },
+      [&](ZylPlugInManager& m) {
+        m.add(p, "a name of some length, so that it needs a block of a size of its own");
+      },
+      [&](ZylPlugInManager& m) {
+        EXPECT_FALSE(m.isCreated(Named::GetTypeInfo(),
+                                 "a name of some length, so that it needs a block of a size of its own"));
+      });
+}
+
+}  // namespace
+}  // namespace zyl::test

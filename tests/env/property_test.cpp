@@ -1,0 +1,214 @@
+// Named properties.
+
+#include "vorlane/env/property.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/probe.h"
+#include "support/support.h"
+
+namespace zyl::test {
+namespace {
+
+class ZylProperties : public EnvTest {
+ protected:
+  ZylNamedIntPropertyI* makeInt(const char* name, long value) {
+    return new (alloc) ZylNamedIntPropertyI(alloc, name, value);
+  }
+  static std::string names(const ZylNamedPropertySetI* set) {
+    std::string text;
+    for (auto* cell = set->getFirst(); cell != nullptr; cell = cell->next) {
+      text += cell->property->getName();
+    }
+    return text;
+  }
+
+  ZylGenAlloc* alloc = impl->getGenAlloc();
+};
+
+TEST_F(ZylProperties, ValuesOfEachKind) {
+  Probe* owner = probe(env);
+  int target = 0;
+  char text[] = "text";
+  owner->setIntProperty("i", 1);
+  owner->setNumProperty("n", 2.5);
+  owner->setAnyProperty("a", &target);
+  owner->setStringProperty("s", text);
+  text[0] = 'T';
+  EXPECT_EQ(owner->getIntProperty("i"), 1);
+  EXPECT_EQ(owner->getNumProperty("n"), 2.5);
+  EXPECT_EQ(owner->getAnyProperty("a"), &target);
+  EXPECT_STREQ(owner->getStringProperty("s"), "text");
+  EXPECT_EQ(names(owner->getProperties()), "sani") << "the newest stands first";
+
+  ZylNamedPropertyI* before = owner->getProperty("i");
+  owner->setIntProperty("i", 7);
+  EXPECT_EQ(owner->getIntProperty("i"), 7);
+  EXPECT_EQ(owner->getProperty("i"), before);
+  owner->setStringProperty("s", owner->getStringProperty("s"));
+  EXPECT_STREQ(owner->getStringProperty("s"), "text") << "copied before the old one is freed";
+  EXPECT_TRUE(DisplaysAs(owner->getProperty("i"), "i(7)"));
+  EXPECT_TRUE(DisplaysAs(owner->getProperty("s"), "s(text)"));
+  EXPECT_TRUE(DisplaysAs(owner->getProperty("n"), "n(2.5)"));
+}
+
+TEST_F(ZylProperties, WrongKindAndAbsence) {
+  Probe* owner = probe(env);
+  EXPECT_FALSE(owner->hasProperty("i"));
+  EXPECT_TRUE(RaisesWith<ZylNamedPropertySet::NotPresent>([&] { owner->getIntProperty("i"); },
+                                                          "Named property <i> not present"));
+  EXPECT_THROW(owner->getProperty("i"), ZylNamedPropertySet::NotPresent);
+  EXPECT_THROW(owner->removeProperty("i"), ZylNamedPropertySet::NotPresent);
+  owner->setIntProperty("i", 1);
+  EXPECT_TRUE(RaisesWith<ZylNamedPropertySet::BadType>([&] { owner->getNumProperty("i"); },
+                                                       "Named property <i> has wrong type"));
+  EXPECT_THROW(owner->setStringProperty("i", "x"), ZylNamedPropertySet::BadType);
+  EXPECT_EQ(owner->getIntProperty("i"), 1);
+  EXPECT_TRUE(RaisesWith<ZylNamedPropertySet::NotPresent>([&] { owner->removeProperty("j"); },
+                                                          "Named property <j> not present"));
+  EXPECT_TRUE(RaisesWith<ZylNamedPropertySet::AlreadyPresent>(
+      [&] {
+        ZylNamedPropertyI* other = makeInt("i", 2);
+        try {
+          owner->addProperty(other);
+        } catch (...) {
+          delete other;
+          throw;
+        }
+      },
+      "Named property <i> already present"));
+  EXPECT_FALSE(owner->hasProperty(nullptr));
+  owner->removeProperty("i");
+  EXPECT_FALSE(owner->hasProperty("i"));
+}
+
+TEST_F(ZylProperties, NamesOfExceptionsOutliveTheCaller) {
+  Probe* owner = probe(env);
+  auto name = std::make_unique<std::string>("temporary name");
+  try {
+    owner->getIntProperty(name->c_str());
+    ADD_FAILURE();
+  } catch (const ZylNamedPropertySet::NotPresent& exception) {
+    name.reset();
+    EXPECT_EQ(printed(exception), "Named property <temporary name> not present");
+  }
+}
+
+TEST_F(ZylProperties, OnePropertyInTwoSets) {
+  auto* first = new (alloc) ZylNamedPropertySetI(alloc);
+  auto* second = new (alloc) ZylNamedPropertySetI(alloc);
+  env.makeSymbol("p");
+  const long before = impl->getMemoryUsage();
+  ZylNamedIntPropertyI* shared = makeInt("p", 3);
+  first->addProperty(shared);
+  second->addProperty(shared);
+  EXPECT_EQ(shared->getUseCount(), 2);
+  delete first;
+  EXPECT_EQ(shared->getUseCount(), 1);
+  EXPECT_EQ(second->getProperty("p"), shared);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylNamedIntProperty(makeInt("q", 1)).end(); }, "") ==
+              false);
+  second->removeProperty("p");
+  EXPECT_LE(impl->getMemoryUsage(), before + 200);
+  delete second;
+}
+
+TEST_F(ZylProperties, DeletionOfAUsedPropertyIsRefused) {
+  Probe* owner = probe(env);
+  ZylNamedProperty handle(makeInt("p", 3));
+  owner->addProperty(handle.getImpl());
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { handle.end(); }, "Dangerous deletion of named property"));
+  // The storage is gone with the refusal: the set must not be asked any more, nor give it back.
+}
+
+TEST_F(ZylProperties, SetsAreCloned) {
+  ZylEnv other;
+  auto* set = new (alloc) ZylNamedPropertySetI(alloc);
+  set->addProperty(makeInt("a", 1));
+  set->addProperty(new (alloc) ZylNamedStringPropertyI(alloc, "b", "text"));
+  ZylNamedPropertySetI* clone = set->makeClone(other.getMemoryManager());
+  EXPECT_EQ(names(clone), names(set));
+  for (auto* cell = clone->getFirst(); cell != nullptr; cell = cell->next) {
+    EXPECT_EQ(cell->property->getUseCount(), 1);
+    EXPECT_EQ(cell->property->getManager(), other.getImpl()->getGenAlloc());
+  }
+  delete set;
+  EXPECT_STREQ(ZylGetPropertyI<ZylNamedStringPropertyI>(clone, "b")->getValue(), "text");
+  delete clone;
+  other.end();
+}
+
+TEST_F(ZylProperties, OwnersTakeSetsOver) {
+  Probe* owner = probe(env);
+  ZylNamedPropertySet set(env.getMemoryManager());
+  set.addProperty(ZylNamedProperty(makeInt("a", 1)));
+  owner->setProperties(set.getImpl());
+  EXPECT_EQ(owner->getIntProperty("a"), 1);
+  owner->setProperties(set.getImpl());
+  EXPECT_EQ(owner->getIntProperty("a"), 1) << "the set already held";
+  Probe* second = probe(env);
+  second->addProperties(owner->getProperties());
+  EXPECT_NE(second->getProperty("a"), owner->getProperty("a"));
+  owner->removeAllProperties();
+  EXPECT_EQ(owner->getProperties(), nullptr);
+  EXPECT_EQ(second->getIntProperty("a"), 1);
+}
+
+TEST_F(ZylProperties, EnvironmentsDoNotMix) {
+  ZylEnv other;
+  ZylNamedIntProperty foreign(other, "a", 4);
+  EXPECT_TRUE(RaisesWith<ZylEnvironmentMismatch>([&] { env.addProperty(foreign); },
+                                                 "Environment mismatch"));
+  env.addClonedProperty(foreign);
+  EXPECT_EQ(env.getIntProperty("a"), 4);
+  EXPECT_EQ(foreign.getImpl()->getUseCount(), 0);
+  EXPECT_THROW(env.addClonedProperty(foreign), ZylNamedPropertySet::AlreadyPresent);
+  foreign.end();
+  other.end();
+}
+
+class Unclonable : public ZylNamedPropertyI {
+  ZYL_TYPE_MANAGED(Unclonable, ZylNamedPropertyI)
+ public:
+  using ZylNamedPropertyI::ZylNamedPropertyI;
+  const char* getName() const override { return "unclonable"; }
+};
+ZYL_TYPE_DEF(Unclonable, ZylNamedPropertyI)
+
+TEST_F(ZylProperties, CloningIsForbiddenUnlessDefined) {
+  ZylNamedProperty property(new (alloc) Unclonable(alloc));
+  EXPECT_TRUE(RaisesWith<ZylNamedPropertyI::Exception>(
+      [&] { env.addClonedProperty(property); },
+      "Cloning of ZylNamedProperty forbidden - makeClone(ZylEnv) has not been defined"));
+  EXPECT_TRUE(DisplaysAs(property, "unclonable"));
+  property.end();
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { property.getName(); },
+                                                  "ZylNamedProperty: Using empty handle"));
+}
+
+TEST_F(ZylProperties, AFailedSetterLeavesTheOldValue) {
+  for (const bool present : {false, true}) {
+    FailEachAllocation(
+        [&] {
+          Probe* owner = probe(env);
+          if (present) owner->setStringProperty("name", "before");
+          useUpPools(impl);
+          return owner;
+        },
+        [](Probe& owner) {
+          owner.setStringProperty("name", "a value that is longer than what stood there before this");
+        },
+        [&](Probe& owner) {
+          EXPECT_EQ(owner.hasProperty("name"), present);
+          if (present) {
+            EXPECT_STREQ(owner.getStringProperty("name"), "before");
+          }
+          owner.end();
+        });
+  }
+}
+
+}  // namespace
+}  // namespace zyl::test

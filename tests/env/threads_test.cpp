@@ -1,0 +1,123 @@
+// What may be done by several threads at once.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstring>
+#include <set>
+#include <thread>
+#include <vector>
+
+#include "support/support.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+constexpr int Threads = 4;
+
+template <class Body>
+void together(Body body) {
+  std::atomic<int> waiting{Threads};
+  std::vector<std::thread> threads;
+  for (int t = 0; t < Threads; ++t) {
+    threads.emplace_back([&, t] {
+      --waiting;
+      while (waiting > 0) std::this_thread::yield();
+      body(t);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+// Classes that nobody else asks.
+template <int N>
+class Fresh : public ZylRttiEnvObjectI {
+  ZYL_TYPE(Fresh, ZylRttiEnvObjectI)
+};
+#define FRESH_(N)                                                          \
+  template <>                                                              \
+  long Fresh<N>::_rttiIndex = 0;                                           \
+  template <>                                                              \
+  void Fresh<N>::InitTypeIndex() {                                         \
+    zyl::detail::assignTypeIndex(&_rttiIndex);                             \
+  }
+FRESH_(0)
+FRESH_(1)
+FRESH_(2)
+FRESH_(3)
+FRESH_(4)
+FRESH_(5)
+FRESH_(6)
+FRESH_(7)
+#undef FRESH_
+
+TEST(ZylThreads, AgreeOnTypeIndices) {
+  ZylInitMT(new ZylEnvMutex);
+  ZylEnvI::DeleteMutex = 1;
+  const long before = ZylRtti::_counter;
+  std::vector<std::vector<long>> seen(Threads);
+  together([&](int t) {
+    seen[static_cast<std::size_t>(t)] = {
+        Fresh<0>::GetTypeIndex(), Fresh<1>::GetTypeIndex(), Fresh<2>::GetTypeIndex(),
+        Fresh<3>::GetTypeIndex(), Fresh<4>::GetTypeIndex(), Fresh<5>::GetTypeIndex(),
+        Fresh<6>::GetTypeIndex(), Fresh<7>::GetTypeIndex()};
+  });
+  ZylEndMT();
+  for (const auto& indices : seen) EXPECT_EQ(indices, seen[0]);
+  EXPECT_EQ(std::set<long>(seen[0].begin(), seen[0].end()).size(), 8U);
+  EXPECT_EQ(ZylRtti::_counter, before + 8);
+}
+
+TEST(ZylThreads, AllocateAndNumberTogether) {
+  EnvFixture env;
+  env->useMTSafeAllocation(1);
+  const long idsBefore = env->getIdManager()->getMaxId();
+  together([&](int t) {
+    std::vector<unsigned char*> blocks;
+    for (int i = 0; i < 2000; ++i) {
+      const auto size = static_cast<unsigned long>(8 + i % 200);
+      auto* block = static_cast<unsigned char*>(env->alloc(size));
+      std::memset(block, t, size);
+      blocks.push_back(block);
+      if (i % 3 == 0) ZylNumVar(env.env, 0, 1, i % 2 == 0 ? "even" : "odd").getImpl();
+      if (i % 7 == 0) EXPECT_STREQ(env->intern("text"), "text");
+    }
+    for (int i = 0; i < 2000; ++i) {
+      const auto size = static_cast<unsigned long>(8 + i % 200);
+      auto* block = blocks[static_cast<std::size_t>(i)];
+      for (unsigned long k = 0; k < size; ++k) ASSERT_EQ(block[k], t);
+      env->free(block, size);
+    }
+  });
+  EXPECT_EQ(env->getIdManager()->getMaxId() - idsBefore, Threads * 667);
+}
+
+TEST(ZylThreads, NormaliseTogether) {
+  EnvFixture env;
+  env->useMTSafeAllocation(1);
+  env->useMTSafeNormalization(1);
+  constexpr int Variables = 50;
+  std::vector<ZylNumVar> x;
+  for (int i = 0; i < Variables; ++i) x.emplace_back(env.env);
+  std::vector<ZylExpr> sums;
+  for (int t = 0; t < Threads; ++t) sums.emplace_back(env.env);
+  together([&](int t) {
+    ZylExpr& sum = sums[static_cast<std::size_t>(t)];
+    for (int round = 0; round < 20; ++round) {
+      for (int i = 0; i < Variables; ++i) sum += (t + 1) * x[static_cast<std::size_t>(i)];
+      sum.normalize();
+    }
+  });
+  for (int t = 0; t < Threads; ++t) {
+    long terms = 0;
+    for (auto it = sums[static_cast<std::size_t>(t)].getLinearIterator(); it.ok(); ++it) {
+      EXPECT_EQ(it.getCoef(), 20.0 * (t + 1));
+      ++terms;
+    }
+    EXPECT_EQ(terms, Variables);
+  }
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,62 @@
+// An extractable that tells of its life.
+
+#ifndef ZYL_TESTS_SUPPORT_PROBE_H
+#define ZYL_TESTS_SUPPORT_PROBE_H
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "vorlane/model/extractable.h"
+
+namespace zyl::test {
+
+/// Refers to up to two others, counts the living, and notes who dies. The actions must be small, since
+/// an environment with pools ends without running destructors.
+class Probe : public ZylExtractableI {
+  ZYL_TYPE(Probe, ZylExtractableI)
+  ZYL_CP_HOOKS(Probe)
+ public:
+  static long Living;
+  static std::vector<std::string> Died;
+
+  explicit Probe(ZylEnvI* env, const char* name = nullptr, ZylExtractableI* left = nullptr,
+                 ZylExtractableI* right = nullptr)
+      : ZylExtractableI(env, name), left(left), right(right) {
+    ++Living;
+  }
+  ~Probe() override;
+
+  ZylExtractableI* makeClone(ZylEnvI* env) const override;
+  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
+  void atRemove(ZylExtractableI* removed, void* extra) override;
+  bool hasNongroundType() const override { return nonground; }
+  bool isAggregate() const override { return aggregate; }
+
+  ZylExtractableI* left;
+  ZylExtractableI* right;
+  bool nonground = false;
+  bool aggregate = false;
+  long visits = 0;
+  std::function<void()> onAtRemove;
+  std::function<void()> onDeath;
+};
+
+/// A bare extractable, all of it as the base does.
+class BareProbe : public ZylExtractableI {
+  ZYL_TYPE(BareProbe, ZylExtractableI)
+  ZYL_CP_HOOKS(BareProbe)
+ public:
+  using ZylExtractableI::ZylExtractableI;
+  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
+};
+
+/// Makes a probe in an environment.
+inline Probe* probe(const ZylEnv& env, const char* name = nullptr, ZylExtractableI* left = nullptr,
+                    ZylExtractableI* right = nullptr) {
+  return new (env.getImpl()) Probe(env.getImpl(), name, left, right);
+}
+
+}  // namespace zyl::test
+
+#endif
