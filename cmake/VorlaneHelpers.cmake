@@ -40,6 +40,9 @@ function(zyl_add_subdirectories)
   endforeach()
 endfunction()
 
+# Builds the tests with the label "threads" alone.
+add_custom_target(threads_tests)
+
 # zyl_test(name SOURCES ... [LIBS ...] [LABELS ...]): a GoogleTest binary, vorlane::model by default.
 # Tests of the modelling layer run a second time with the pools off.
 function(zyl_test name)
@@ -56,6 +59,9 @@ function(zyl_test name)
     ${name}
     DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
+  if("threads" IN_LIST TEST_LABELS)
+    add_dependencies(threads_tests ${name})
+  endif()
   if(NOT TEST_ONE_MODE)
     add_test(NAME ${name}.no_pools COMMAND ${name} --gtest_brief=1)
     set_tests_properties(

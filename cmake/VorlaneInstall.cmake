@@ -1,0 +1,35 @@
+# Install rules: targets, headers, the CMake package and the pkg-config files.
+
+include(CMakePackageConfigHelpers)
+
+set(targets vorlane_model vorlane)
+if(TARGET vorlane_cbc)
+  list(APPEND targets vorlane_cbc)
+endif()
+install(
+  TARGETS ${targets}
+  EXPORT vorlane-targets
+  FILE_SET HEADERS)
+if(TARGET vorlane-solve)
+  install(TARGETS vorlane-solve)
+endif()
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/vorlane")
+install(
+  EXPORT vorlane-targets
+  NAMESPACE vorlane::
+  DESTINATION "${package_dir}")
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/vorlaneConfig.cmake.in"
+                              "${PROJECT_BINARY_DIR}/vorlaneConfig.cmake"
+                              INSTALL_DESTINATION "${package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/vorlaneConfigVersion.cmake"
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/vorlaneConfig.cmake"
+              "${PROJECT_BINARY_DIR}/vorlaneConfigVersion.cmake" DESTINATION "${package_dir}")
+
+foreach(package vorlane vorlane-model)
+  configure_file("${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc"
+                 @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/${package}.pc"
+          DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endforeach()
