@@ -4,6 +4,8 @@
 #include <new>
 #include <ostream>
 
+#include "vorlane/env/memory.h"
+
 extern "C" void zyl_exception_stop_here() {
   // The breakpoint must survive optimisation: without this the call itself would be dropped.
   __asm__ volatile("");
@@ -12,7 +14,8 @@ extern "C" void zyl_exception_stop_here() {
 char* ZylCopyString(const char* text, long copy) {
   if (text == nullptr || copy == 0) return const_cast<char*>(text);  // NOLINT
   const std::size_t size = std::strlen(text) + 1;
-  char* result = new (std::nothrow) char[size];
+  const bool refused = zyl::detail::failAllocation != nullptr && zyl::detail::failAllocation();
+  char* result = refused ? nullptr : new (std::nothrow) char[size];
   if (result == nullptr) ZylRaiseMemory();
   std::memcpy(result, text, size);
   return result;

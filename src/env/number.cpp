@@ -113,6 +113,11 @@ Mantissa readMantissa(const char* p) {
     }
     if (!isDigit(*p)) break;
     ++digits;
+    if (kept == 0 && *p == '0') {
+      // Not significant, but it counts for the place of the point.
+      if (point) ++behindPoint;
+      continue;
+    }
     if (kept == MaxDigits) {
       // Dropped, but it still counts for the place of the point.
       if (!point) --behindPoint;

@@ -41,8 +41,17 @@ void ZylEnvI::init(ZylExtractableI* object) {
     return;
   }
   object->_id = _idManager->newId(object);
-  if (ZYL_UNLIKELY(!_typedLists.isEmpty())) _typedLists.add(object);
-  if (ZYL_UNLIKELY(_deleter != nullptr)) _deleter->created(object);
+  if (ZYL_LIKELY(_typedLists.isEmpty() && _deleter == nullptr)) return;
+  try {
+    if (!_typedLists.isEmpty()) _typedLists.add(object);
+    if (_deleter != nullptr) _deleter->created(object);
+  } catch (...) {
+    // The constructor that called raises too: nothing may lead to the object any more.
+    if (!_typedLists.isEmpty()) _typedLists.remove(object);
+    _idManager->freeId(object->_id);
+    object->_id = -1;
+    throw;
+  }
 }
 
 void ZylEnvI::finit(ZylExtractableI* object) {

@@ -310,6 +310,18 @@ long ZylNumLinTermI::normalizeTerms() {
   return mergeTerms(_env, &_terms, VariableMarks());
 }
 
+namespace {
+// What the evaluator can express of a part; nothing where it does not serve the operation, as the
+// library's own does not.
+ZylNumExpr knownForm(ZylModelEvaluatorI* evaluator, const ZylNumExprArg& part) {
+  try {
+    return evaluator->evaluateToNumExpr(part);
+  } catch (const ZylWrongUsage&) {
+    return ZylNumExpr();
+  }
+}
+}  // namespace
+
 void ZylNumLinTermI::kvlNormalization() {
   if (_items.isEmpty()) return;
   const EnvLock lock(_env->getMutex());
@@ -318,7 +330,7 @@ void ZylNumLinTermI::kvlNormalization() {
   try {
     for (const ZylLinExprNonLinearItem* item = _items._head; item != nullptr; item = item->_next) {
       const ZylNumExprArg part(item->_expr);
-      ZylNumExpr known = evaluator->evaluateToNumExpr(part);
+      ZylNumExpr known = knownForm(evaluator, part);
       if (known.getImpl() == nullptr) {
         folded += part;
         continue;

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "expr/fixture.h"
+#include "vorlane/model/visitor.h"
 
 namespace zyl::test {
 namespace {

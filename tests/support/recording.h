@@ -10,6 +10,7 @@
 
 #include "vorlane/algorithm.h"
 #include "vorlane/env/plug_in.h"
+#include "vorlane/model/model.h"
 
 namespace zyl::test {
 

@@ -1,0 +1,96 @@
+#include "vorlane/constraint/comparison.h"
+
+#include <gtest/gtest.h>
+
+#include "support/support.h"
+#include "vorlane/algorithm/model_evaluator.h"
+#include "vorlane/expr/operators.h"
+#include "vorlane/model/model.h"
+
+namespace {
+
+using zyl::test::DisplaysAs;
+using zyl::test::RaisesWith;
+
+struct ZylComparisonTest : testing::Test {
+  ZylComparisonTest()
+      : x(env, 0, 10, "x"), y(env, 0, 10, "y"), i(env, 0, 10, "i"), b(env, "b") {}
+  ~ZylComparisonTest() override { env.end(); }
+  ZylEnv env;
+  ZylNumVar x;
+  ZylNumVar y;
+  ZylIntVar i;
+  ZylBoolVar b;
+};
+
+// Each resolves without a cast, literals of any type and reversed operands too.
+TEST_F(ZylComparisonTest, NumbersGiveRanges) {
+  EXPECT_TRUE(DisplaysAs(ZylRange(3.0 == x), "x  == 3 "));
+  EXPECT_TRUE(DisplaysAs(x == 3, "x  == 3 "));
+  EXPECT_TRUE(DisplaysAs(3L == i, "i  == 3 "));
+  EXPECT_TRUE(DisplaysAs(2.5 * i <= 4L, "2.5 * i  <= 4 "));
+  EXPECT_TRUE(DisplaysAs(x + 1 >= 4, "3 <= x  "));
+  EXPECT_TRUE(DisplaysAs(7 >= b, "b  <= 7 "));
+  EXPECT_TRUE(DisplaysAs(ZylRange(1 <= 2 * i + b), "1 <= 2 * i  + b  "));
+  EXPECT_TRUE(DisplaysAs((x <= 3) + (y >= 1) <= 1, "x  <= 3  + 1 <= y   <= 1 ")) << "constraints as terms";
+  const ZylExtractable asExtractable = 1 <= x;
+  EXPECT_TRUE(asExtractable.isConstraint());
+}
+
+TEST_F(ZylComparisonTest, StrictOnesMoveTheBoundByOne) {
+  EXPECT_TRUE(DisplaysAs(i < 3, "i  <= 2 "));
+  EXPECT_TRUE(DisplaysAs(i > 3.0, "4 <= i  "));
+  EXPECT_TRUE(DisplaysAs(3 > i, "i  <= 2 "));
+  EXPECT_TRUE(DisplaysAs(3 < i + b, "4 <= i  + b  "));
+  const char* text = "Strict Inequality is defined only on Integer Expressions";
+  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { x < 3.0; }, text));
+  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { i < 2.5; }, text));
+  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { x > i; }, text));
+}
+
+TEST_F(ZylComparisonTest, TwoExpressionsGiveABinaryConstraintUnlessOneIsConstant) {
+  EXPECT_TRUE(zyl::isExactly<ZylNumEqI>((x + 2 == y + 2).getImpl()));
+  EXPECT_TRUE(DisplaysAs(x + 2 == y + 2, "x  + 2  == y  + 2 "));
+  EXPECT_TRUE(zyl::isExactly<ZylRangeI>((ZylExpr(env, 3) <= x).getImpl()));
+  EXPECT_TRUE(DisplaysAs(ZylExpr(env, 3) <= x, "3 <= x  "));
+  EXPECT_TRUE(DisplaysAs(x >= ZylIntExpr(env, 4), "4 <= x  "));
+  EXPECT_TRUE(DisplaysAs(i < ZylIntExpr(env, 4), "i  <= 3 "));
+  EXPECT_TRUE(zyl::isExactly<ZylNumLTI>((i < b).getImpl()));
+  EXPECT_TRUE(zyl::isExactly<ZylNumGTI>((i + 1 > 2 * b).getImpl()));
+  // Variables are held as they are, everything else as its linear node.
+  const auto* comparison = static_cast<ZylBinaryNumConstraintI*>((x <= y + 1).getImpl());
+  EXPECT_EQ(comparison->getConversionFlags(), 2);
+  EXPECT_EQ(comparison->getLeft(), x.getImpl());
+  env.setLongDisplay(true);
+  EXPECT_TRUE(DisplaysAs(i < b, "(i[0..10]  < b[0..1] )"));
+}
+
+TEST_F(ZylComparisonTest, RefusesEmptyHandlesAndStrangers) {
+  ZylEnv other;
+  ZylNumVar z(other, 0, 1);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { x + 1 <= z + 1; }, "mixing mismatch Environments"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylNumExpr() <= 3; }, "Using empty handle"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { x == ZylNumVar(); }, "Using empty handle"));
+  other.end();
+}
+
+// A comparison goes with a variable that is its operand; its bounds come from the evaluator.
+TEST_F(ZylComparisonTest, DependsOnItsVariables) {
+  ZylModel model(env);
+  model.add(x <= y);
+  model.add(2 * x <= y + 1);
+  y.setBounds(4, 4);
+  const auto* le = static_cast<ZylNumLeI*>((*ZylModel::Iterator(model)).getImpl());
+  EXPECT_EQ(le->getUb(env.getImpl()->getModelEvaluator()), 4.0);
+  x.end();
+  EXPECT_TRUE(DisplaysAs(model, "ZylModel model" + std::to_string(model.getId()) +
+                                    " = {\n0  <= y  + 1 \n}\n"));
+}
+
+TEST_F(ZylComparisonTest, ConstantsAreTrueOrFalse) {
+  const ZylConstraint yes(new (env.getImpl()) ZylConstConstraintI(env.getImpl(), 1));
+  EXPECT_TRUE(DisplaysAs(yes, "TrueConstraint "));
+  EXPECT_EQ(yes.getImpl()->eval(ZylAlgorithm()), 1.0);
+}
+
+}  // namespace

@@ -1,0 +1,227 @@
+// The handles: copy on write, counting, who takes over what.
+
+#include "vorlane/expr/expression.h"
+
+#include <climits>
+
+#include "expr/fixture.h"
+
+namespace zyl::test {
+namespace {
+
+using ExpressionTest = ExprTest;
+
+TEST_F(ExpressionTest, SharedNodesAreCopiedByEveryEdit) {
+  using Edit = void (*)(ExpressionTest_SharedNodesAreCopiedByEveryEdit_Test*, ZylExpr&);
+  const Edit edits[] = {
+      [](auto*, ZylExpr& e) { e += 1; },
+      [](auto*, ZylExpr& e) { e -= 1; },
+      [](auto*, ZylExpr& e) { e *= 2; },
+      [](auto*, ZylExpr& e) { e /= 2; },
+      [](auto* test, ZylExpr& e) { e += test->x; },
+      [](auto* test, ZylExpr& e) { e -= test->i; },
+      [](auto* test, ZylExpr& e) { e += 2 * test->x; },
+      [](auto* test, ZylExpr& e) { e -= 2 * test->i; },
+      [](auto* test, ZylExpr& e) { e += ZylSin(test->x); },
+      [](auto* test, ZylExpr& e) { e -= test->x + test->y; },
+      [](auto* test, ZylExpr& e) { e.setLinearCoef(test->x, 9); },
+      [](auto* test, ZylExpr& e) {
+        e.setLinearCoefs(ZylNumVarArray(test->env, 1, test->x), ZylNumArray(test->env, 1, 9.0));
+      },
+      [](auto* test, ZylExpr& e) { e.remove(ZylNumVarArray(test->env, 1, test->y)); },
+      [](auto*, ZylExpr& e) { e.clear(); },
+      [](auto*, ZylExpr& e) { e.setNumConstant(7); },
+  };
+  int number = 0;
+  for (const Edit& edit : edits) {
+    SCOPED_TRACE(testing::Message() << "edit " << number++);
+    ZylExpr first(2 * x + y + 3);
+    ZylExpr second = first;
+    EXPECT_EQ(first.getImpl()->getCount(), 2);
+    edit(this, first);
+    EXPECT_TRUE(DisplaysAs(second, "2 * x  + y  + 3 "));
+    EXPECT_NE(displayed(first), displayed(second));
+    EXPECT_EQ(first.getImpl()->getCount(), 1);
+    EXPECT_EQ(second.getImpl()->getCount(), 1);
+    const ZylNumLinTermI* own = first.getImpl();
+    edit(this, first);
+    EXPECT_EQ(first.getImpl(), own) << "an unshared node is edited in place";
+  }
+}
+
+TEST_F(ExpressionTest, AssignmentLeavesNoReferenceBehind) {
+  ZylExpr e(env);
+  const long before = liveObjects();
+  for (int round = 0; round < 5; ++round) e = e + x;
+  EXPECT_EQ(e.getImpl()->getCount(), 1);
+  EXPECT_EQ(liveObjects(), before);
+  ZylExpr copy;
+  copy = e;
+  EXPECT_EQ(e.getImpl()->getCount(), 2);
+  copy = std::move(e);
+  EXPECT_EQ(copy.getImpl()->getCount(), 1);
+  EXPECT_EQ(e.getImpl(), nullptr);
+  copy = *&copy;
+  EXPECT_EQ(copy.getImpl()->getCount(), 1);
+  copy.end();
+  EXPECT_EQ(liveObjects(), before - 1);
+}
+
+TEST_F(ExpressionTest, TakesTemporariesOverAndCopiesTheRest) {
+  const ZylNumExprArg temporary = x + y;
+  ZylExpr e(temporary);
+  EXPECT_EQ(e.getImpl(), temporary.getImpl());
+  ZylNumExpr other(e);
+  ZylExpr copy{ZylNumExprArg(other)};
+  EXPECT_NE(copy.getImpl(), e.getImpl());
+  ZylNumExpr wave(ZylSin(x));
+  ZylExpr wrapped(wave);
+  EXPECT_EQ(wave.getImpl()->getCount(), 2);
+  wave.end();
+  EXPECT_TRUE(DisplaysAs(wrapped, "sin(x[0..10] )"));
+  wrapped.end();
+}
+
+// 2 * x + y * y + 3, step by step.
+TEST_F(ExpressionTest, OneNodeCarriesAWholeFormula) {
+  const long before = liveObjects();
+  ZylExpr e = 2 * x + y * y + 3;
+  EXPECT_EQ(liveObjects(), before + 2) << "the product and the sum";
+  EXPECT_EQ(e.getImpl()->getCount(), 1);
+  EXPECT_EQ(e.getImpl()->getNonLinearHead()->_expr->getCount(), 1);
+  EXPECT_TRUE(DisplaysAs(e, "2 * x  + y[0..10]  * y[0..10]  + 3 "));
+  env.setLongDisplay(true);
+  EXPECT_TRUE(DisplaysAs(e, "( 2 * x  + ( y[0..10] * y[0..10] )  + 3 ) "));
+  e.end();
+  EXPECT_EQ(liveObjects(), before);
+}
+
+TEST_F(ExpressionTest, AddsAndSubtractsItself) {
+  ZylExpr e(x + 2 * y + 1);
+  e += e;
+  EXPECT_EQ(eval(e), 2 * (2.5 + 8 + 1));
+  e -= e;
+  EXPECT_EQ(eval(e), 0);
+  ZylNumExpr n(x + 2 * y + 1);
+  n += n;
+  EXPECT_EQ(eval(n), 23);
+  n -= n;
+  EXPECT_EQ(eval(n), 0);
+  ZylIntExpr k(2 * i + 1);
+  k += k;
+  EXPECT_EQ(eval(k), 30);
+  k -= k;
+  EXPECT_EQ(eval(k), 0);
+}
+
+TEST_F(ExpressionTest, CountedHandlesEditInPlaceWhatTheyAloneHold) {
+  ZylNumExpr n(x + 1);
+  const ZylNumExprI* node = n.getImpl();
+  n += 2;
+  n -= y;
+  n *= 3;
+  EXPECT_EQ(n.getImpl(), node);
+  EXPECT_EQ(node->getCount(), 1);
+  const ZylNumExpr shared = n;
+  n /= 2;
+  EXPECT_NE(n.getImpl(), node);
+  EXPECT_TRUE(DisplaysAs(shared, "3 * x  + -3 * y  + 9 "));
+  // A product is folded by its constant, which makes another node.
+  ZylIntExpr k(ZylAbs(i));
+  k *= 3;
+  k *= -2;
+  EXPECT_TRUE(DisplaysAs(k, "abs(i[0..5] ) * -6"));
+  // An integer sum in a numeric handle becomes a numeric one.
+  ZylNumExpr mixed(2 * i + 1);
+  mixed += 0.5;
+  EXPECT_NE(numSum(mixed), nullptr);
+  EXPECT_TRUE(DisplaysAs(mixed, "2 * i  + 1.5 "));
+}
+
+TEST_F(ExpressionTest, HoldersKeepEachOtherAlive) {
+  ZylNumExpr inner(ZylSin(x));
+  const long id = inner.getId();
+  ZylNumExpr first(ZylAbs(inner));
+  ZylNumExpr second(ZylSquare(inner));
+  inner.end();
+  EXPECT_EQ(inner.getImpl(), nullptr);
+  first.end();
+  EXPECT_TRUE(isAlive(id));
+  second.end();
+  EXPECT_FALSE(isAlive(id));
+  ZylNumExpr variable(x);
+  variable.end();
+  EXPECT_TRUE(isAlive(x.getId())) << "a variable goes by itself only";
+}
+
+TEST_F(ExpressionTest, WalksItsTerms) {
+  ZylExpr e(2 * x - y);
+  double sum = 0;
+  for (ZylExpr::LinearIterator it = e.getLinearIterator(); it.ok(); ++it) {
+    sum += it.getCoef() * values->values[it.getVar().getImpl()];
+  }
+  EXPECT_EQ(sum, 1.0);
+}
+
+TEST_F(ExpressionTest, EmptyHandlesRaise) {
+  ZylExpr e;
+  EXPECT_THROW(e += 1, ZylEmptyHandleException);
+  EXPECT_THROW(e += x, ZylEmptyHandleException);
+  EXPECT_THROW(e.normalize(), ZylEmptyHandleException);
+  EXPECT_THROW(ZylNumExprArg().isConstant(), ZylEmptyHandleException);
+  EXPECT_THROW(ZylNumExpr() += 1, ZylEmptyHandleException);
+  EXPECT_THROW(x + ZylNumVar(), ZylEmptyHandleException);
+  EXPECT_THROW(2 * ZylIntVar(), ZylEmptyHandleException);
+  EXPECT_THROW(ZylSin(e), ZylEmptyHandleException);
+  EXPECT_THROW(ZylTestIsLinear(nullptr), ZylEmptyHandleException);
+}
+
+TEST_F(ExpressionTest, KnowsItsConstant) {
+  EXPECT_TRUE(ZylExpr(env, 5).isConstant());
+  EXPECT_TRUE(ZylIntExpr(env, 5).isConstant());
+  EXPECT_FALSE(ZylNumExprArg(x).isConstant());
+  EXPECT_EQ((i + 4).getNumConstant(), 4.0);
+  EXPECT_TRUE(RaisesWith<ZylNumExpr::NonLinearExpression>(
+      [&] { ZylSin(x).getNumConstant(); }, "Constant part cannot be set or queried"));
+}
+
+TEST_F(ExpressionTest, ArraysOfExpressionsHoldTheirElements) {
+  ZylExpr e(2 * x);
+  ZylExprArray array(env, 2, e, x + y);
+  EXPECT_EQ(e.getImpl()->getCount(), 2);
+  EXPECT_EQ(array[1].getImpl()->getCount(), 1);
+  array[0] += y;
+  EXPECT_TRUE(DisplaysAs(e, "2 * x "));
+  EXPECT_TRUE(DisplaysAs(array[0], "2 * x  + y "));
+  array.add(e);
+  EXPECT_EQ(e.getImpl()->getCount(), 2);
+  set(2.5, 4, 0, 1, 0);
+  EXPECT_EQ(eval(array[i]), 6.5);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylExprArray(env, 3, e, e); },
+                                        "ZylExprArray::ZylExprArray: n !=2"));
+}
+
+// Every request that building a formula makes fails in turn: the sum is as before, or whole.
+TEST_F(ExpressionTest, SurvivesAFailingAllocator) {
+  struct State {
+    State() : x(env, 0, 1, "x"), y(env, 0, 1, "y"), e(2 * x + 1) { useUpPools(env.getImpl()); }
+    ~State() { env.end(); }
+    ZylEnv env;
+    ZylNumVar x, y;
+    ZylExpr e;
+  };
+  const auto build = [](auto operation) {
+    FailEachAllocation([] { return std::make_unique<State>(); }, operation, [](State& state) {
+      EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + 1 "));
+      state.e += state.y;
+      EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + y  + 1 "));
+    });
+  };
+  build([](State& state) { state.e += 3 * state.y; });
+  build([](State& state) { state.e += ZylSin(state.y); });
+  build([](State& state) { state.e += state.x * state.y + 2; });
+  build([](State& state) { ZylSum(ZylNumVarArray(state.env, 2, state.x, state.y)) + state.e; });
+}
+
+}  // namespace
+}  // namespace zyl::test

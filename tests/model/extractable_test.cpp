@@ -1,0 +1,537 @@
+// The life of an extractable: ids, visits, removal.
+
+#include "vorlane/model/extractable.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/probe.h"
+#include "support/recording.h"
+#include "support/support.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class ZylRemoval : public EnvTest {
+ protected:
+  ZylRemoval() {
+    Probe::Died.clear();
+    plugIn = new (impl) RecordingPlugIn(impl, &log);
+    impl->getPlugInManager()->add(plugIn, "recorder");
+    impl->getPlugInManager()->addNotified(plugIn);
+  }
+  ~ZylRemoval() override { impl->getPlugInManager()->removeNotified(plugIn); }
+
+  // What must hold after every removal, however it went.
+  void expectUsable() {
+    EXPECT_EQ(impl->getRecycleBin(), nullptr);
+    const ZylIdManager& ids = *impl->getIdManager();
+    for (ZylIdManager::Iterator it(ids); it.ok(); ++it) {
+      EXPECT_FALSE(ids.isMarked(*it)) << "slot " << *it;
+      if (ZylExtractableI* object = ids.getLive(*it)) {
+        EXPECT_EQ(object->getId(), *it);
+      }
+    }
+    const long living = Probe::Living;
+    Probe* user = probe(env, nullptr, probe(env));
+    user->left->end();
+    EXPECT_EQ(Probe::Living, living);
+  }
+  bool isLive(ZylExtractableI* object, long id) { return impl->getIdManager()->getLive(id) == object; }
+
+  Log log;
+  RecordingPlugIn* plugIn;
+};
+
+TEST_F(ZylRemoval, DependantsGoInReverseOrderOfEntry) {
+  Probe* leaf = probe(env, "leaf");
+  Probe* user = probe(env, "user", leaf);
+  probe(env, "top", user);
+  Probe* other = probe(env, "other");
+  const long id = other->getId();
+  leaf->end();
+  EXPECT_EQ(Probe::Died, (Names{"top", "user", "leaf"}));
+  EXPECT_EQ(log, (Log{"ZylRemoveFromAllChange (all)", "ZylDestroyExtractableArray (all)"}));
+  EXPECT_TRUE(isLive(other, id));
+  expectUsable();
+}
+
+// A user made before what it uses stands below it in the table: one scan is not enough.
+TEST_F(ZylRemoval, ScansUntilNothingMoreIsAdded) {
+  Probe* chain[6];
+  for (Probe*& p : chain) p = probe(env, "p");
+  for (int i = 0; i < 5; ++i) chain[i]->left = chain[i + 1];
+  chain[5]->end();
+  EXPECT_EQ(Probe::Died.size(), 6U);
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, EachBatchIsAnnouncedBeforeAnyOfItDies) {
+  Probe* leaf = probe(env, "leaf");
+  Probe* user = probe(env, "user", leaf);
+  Probe* late = probe(env, "late");
+  static Probe* lateNow;
+  lateNow = late;
+  user->onDeath = [] { lateNow->end(); };
+  static std::vector<std::string>* events;
+  std::vector<std::string> seen;
+  events = &seen;
+  plugIn->onChange = [](const ZylChange& change) {
+    if (!change.isType(ZylDestroyExtractableArray::GetTypeInfo())) return;
+    const auto& batch = static_cast<const ZylDestroyExtractableArray&>(change);
+    std::string text = "batch";
+    ZylExtractableArray objects = batch.getChangedExtractableArray();
+    for (long i = 0; i < objects.getSize(); ++i) text += std::string(" ") + objects[i].getName();
+    text += ", dead " + std::to_string(Probe::Died.size());
+    events->push_back(text);
+  };
+  leaf->end();
+  EXPECT_EQ(seen, (Names{"batch user leaf, dead 0", "batch late, dead 2"}));
+  EXPECT_EQ(Probe::Died, (Names{"user", "leaf", "late"}));
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, RequestsFromWithinAScanJoinIt) {
+  Probe* leaf = probe(env, "leaf");
+  Probe* watcher = probe(env, "watcher");
+  Probe* victim = probe(env, "victim");
+  probe(env, "victim's user", victim);
+  struct Actors {
+    Probe *watcher, *victim;
+  };
+  static Actors actors;
+  actors = {watcher, victim};
+  watcher->onAtRemove = [] {
+    if (actors.victim != nullptr) actors.victim->end();
+    actors.victim = nullptr;
+  };
+  leaf->end();
+  EXPECT_EQ(Probe::Died, (Names{"victim's user", "victim", "leaf"}));
+  EXPECT_EQ(log.size(), 2U) << "one removal, one batch";
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, RemoveFromAllKeepsTheObjectAlone) {
+  Probe* leaf = probe(env, "leaf");
+  const long id = leaf->getId();
+  probe(env, "user", leaf);
+  ZylModel model(env);
+  model.add(ZylExtractable(leaf));
+  log.clear();
+  leaf->removeFromAll();
+  EXPECT_EQ(Probe::Died, (Names{"user"}));
+  EXPECT_EQ(leaf->getId(), id);
+  EXPECT_TRUE(isLive(leaf, id));
+  EXPECT_TRUE(model.getImpl()->getElements().isEmpty());
+  EXPECT_EQ(log, (Log{"ZylRemoveFromAllChange (all)", "ZylDestroyExtractableArray (all)"}));
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, RemoveFromAllInsideARemoval) {
+  Probe* leaf = probe(env, "leaf");
+  Probe* kept = probe(env, "kept");
+  Probe* watcher = probe(env, "watcher");
+  probe(env, "kept's user", kept);
+  static Probe* keptNow;
+  keptNow = kept;
+  watcher->onAtRemove = [] {
+    Probe* once = keptNow;
+    keptNow = nullptr;
+    if (once != nullptr) once->removeFromAll();
+  };
+  const long id = kept->getId();
+  leaf->end();
+  EXPECT_EQ(Probe::Died, (Names{"kept's user", "leaf"}));
+  EXPECT_TRUE(isLive(kept, id));
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, ArraysAreOneBatch) {
+  Probe* a = probe(env, "a");
+  Probe* b = probe(env, "b");
+  probe(env, "user of both", a, b);
+  ZylExtractableArray array(env);
+  array.add(ZylExtractable(a));
+  array.add(ZylExtractable());
+  array.add(ZylExtractable(b));
+  array.add(ZylExtractable(a));
+  impl->removeFromAllAndDestroy(array, 0);
+  EXPECT_EQ(array.getSize(), 0);
+  EXPECT_EQ(Probe::Died, (Names{"user of both", "b", "a"}));
+  EXPECT_EQ(log.size(), 2U);
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, ArrayFormOfRemoveFromAllKeepsTheElements) {
+  Probe* a = probe(env, "a");
+  Probe* b = probe(env, "b");
+  probe(env, "user of a", a);
+  ZylModel model(env);
+  model.add(ZylExtractable(b));
+  model.add(ZylExtractable(a));
+  log.clear();
+  ZylExtractableArray array(env, 3, ZylExtractable(a), ZylExtractable(), ZylExtractable(b));
+  impl->removeFromAll(array);
+  EXPECT_TRUE(isLive(a, a->getId()));
+  EXPECT_TRUE(isLive(b, b->getId()));
+  EXPECT_TRUE(model.getImpl()->getElements().isEmpty());
+  EXPECT_EQ(Probe::Died, (Names{"user of a"}));
+  EXPECT_EQ(log.back(), "ZylRemoveFromAllChange (all)");
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, DirectDeletionIsARemoval) {
+  Probe* leaf = probe(env, "leaf");
+  probe(env, "user", leaf);
+  const long before = Probe::Living;
+  delete leaf;
+  EXPECT_EQ(Probe::Died, (Names{"user", "leaf"}));
+  EXPECT_EQ(Probe::Living, before - 2);
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, TheBlocksComeBack) {
+  probe(env)->end();
+  const long before = impl->getMemoryUsage();
+  Probe* leaf = probe(env, "a leaf with a name");
+  leaf->setIntProperty("number", 1);
+  leaf->end();
+  impl->intern("number");
+  const long interned = impl->getMemoryUsage();
+  Probe* second = probe(env, "a leaf with a name");
+  second->setIntProperty("number", 1);
+  probe(env, "user", second);
+  second->end();
+  EXPECT_EQ(impl->getMemoryUsage(), interned);
+  EXPECT_LE(interned - before, 200) << "the interned name only";
+}
+
+// Refusals and failures leave the graph as it was, or without what has died by then.
+TEST_F(ZylRemoval, AnExceptionRestoresTheSlots) {
+  struct Row {
+    const char* name;
+    ZylTypeInfo at;
+  };
+  for (const Row& row : {Row{"removal", ZylRemoveFromAllChange::GetTypeInfo()},
+                         Row{"batch", ZylDestroyExtractableArray::GetTypeInfo()}}) {
+    SCOPED_TRACE(row.name);
+    Probe* leaf = probe(env, "leaf");
+    Probe* user = probe(env, "user", leaf);
+    static ZylTypeInfo raiseAt;
+    raiseAt = row.at;
+    plugIn->onChange = [](const ZylChange& change) {
+      if (change.isType(raiseAt)) throw ZylWrongUsage("refused");
+    };
+    for (int form = 0; form < 3; ++form) {
+      ZylExtractableArray array(env, 1, ZylExtractable(leaf));
+      const auto removal = [&] {
+        if (form == 0) leaf->end();
+        if (form == 1) leaf->removeFromAll();
+        if (form == 2) impl->removeFromAllAndDestroy(array, 0);
+      };
+      EXPECT_TRUE(RaisesWith<ZylWrongUsage>(removal, "refused"));
+      EXPECT_EQ(impl->getRecycleBin(), nullptr);
+      EXPECT_TRUE(isLive(leaf, leaf->getId()));
+      EXPECT_TRUE(isLive(user, user->getId()));
+      array.end();
+    }
+    plugIn->onChange = nullptr;
+    leaf->end();
+    expectUsable();
+  }
+}
+
+TEST_F(ZylRemoval, AnExceptionOfADependantRestoresTheSlots) {
+  Probe* leaf = probe(env, "leaf");
+  Probe* user = probe(env, "user", leaf);
+  user->onAtRemove = [] { throw ZylWrongUsage("not now"); };
+  EXPECT_THROW(leaf->end(), ZylWrongUsage);
+  EXPECT_THROW(leaf->removeFromAll(), ZylWrongUsage);
+  ZylExtractableArray array(env, 1, ZylExtractable(leaf));
+  EXPECT_THROW(impl->removeFromAll(array), ZylWrongUsage);
+  EXPECT_THROW(impl->removeFromAllAndDestroy(array, 0), ZylWrongUsage);
+  EXPECT_TRUE(isLive(leaf, leaf->getId()));
+  user->onAtRemove = nullptr;
+  leaf->end();
+  EXPECT_EQ(Probe::Died, (Names{"user", "leaf"}));
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, FailedAllocations) {
+  for (int form = 0; form < 3; ++form) {
+    SCOPED_TRACE(testing::Message() << "form " << form);
+    ZylExtractableArray array(env);
+    Probe* users[20] = {};
+    FailEachAllocation(
+        [&] {
+          Probe* leaf = probe(env, "leaf");
+          for (Probe*& user : users) user = probe(env, nullptr, leaf);
+          array.clear();
+          array.add(ZylExtractable(leaf));
+          useUpPools(impl);
+          return leaf;
+        },
+        [&](Probe& leaf) {
+          if (form == 0) leaf.end();
+          if (form == 1) leaf.removeFromAll();
+          if (form == 2) impl->removeFromAllAndDestroy(array, 0);
+        },
+        [&](Probe& leaf) {
+          ASSERT_TRUE(isLive(&leaf, leaf.getId()));
+          for (Probe* user : users) ASSERT_TRUE(isLive(user, user->getId()));
+          leaf.end();
+          expectUsable();
+        });
+  }
+}
+
+// Random graphs against a naive closure.
+TEST_F(ZylRemoval, AgreesWithAClosure) {
+  for (unsigned seed = 1; seed <= 30; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    srand(seed);
+    std::vector<Probe*> nodes;
+    for (int i = 0; i < 40; ++i) nodes.push_back(probe(env));
+    for (std::size_t i = 1; i < nodes.size(); ++i) {
+      // Edges lead to any node below in a random order, so there is no cycle.
+      nodes[i]->left = rand() % 3 != 0 ? nodes[static_cast<std::size_t>(rand()) % i] : nullptr;
+      nodes[i]->right = rand() % 4 == 0 ? nodes[static_cast<std::size_t>(rand()) % i] : nullptr;
+    }
+    std::vector<bool> dead(nodes.size(), false);
+    for (int step = 0; step < 5; ++step) {
+      const std::size_t k = static_cast<std::size_t>(rand()) % nodes.size();
+      if (dead[k]) continue;
+      const long living = Probe::Living;
+      const long deadBefore = std::count(dead.begin(), dead.end(), true);
+      nodes[k]->end();
+      dead[k] = true;
+      for (std::size_t i = k + 1; i < nodes.size(); ++i) {
+        if (dead[i]) continue;
+        for (std::size_t j = 0; j < i; ++j) {
+          if (dead[j] && (nodes[i]->left == nodes[j] || nodes[i]->right == nodes[j])) dead[i] = true;
+        }
+      }
+      const long died = std::count(dead.begin(), dead.end(), true) - deadBefore;
+      ASSERT_EQ(Probe::Living, living - died);
+      for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (!dead[i]) {
+          ASSERT_TRUE(isLive(nodes[i], nodes[i]->getId()));
+        }
+      }
+    }
+    for (std::size_t i = nodes.size(); i-- > 0;) {
+      if (!dead[i]) nodes[i]->end();
+    }
+  }
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, AVariableTakesItsConstraintsAlong) {
+  ZylNumVar x(env, 0, 1, ZylNumVar::Float, "x");
+  ZylNumVar y(env, 0, 1, ZylNumVar::Float, "y");
+  ZylModel model(env, "m");
+  ZylRange viaMax(env, 0, ZylMax(x, y), 1);
+  ZylRange onY(env, 0, y, 1);
+  ZylNumEqI* equal = nullptr;
+  ZylConstraint comparison = x * x == y;
+  equal = static_cast<ZylNumEqI*>(comparison.getImpl());
+  model.add(viaMax);
+  model.add(onY);
+  model.add(comparison);
+  model.add(x);
+  EXPECT_NE(equal, nullptr);
+  x.end();
+  long count = 0;
+  for (ZylModel::Iterator it(model); it.ok(); ++it) {
+    EXPECT_EQ((*it).getImpl(), onY.getImpl());
+    ++count;
+  }
+  EXPECT_EQ(count, 1);
+  expectUsable();
+}
+
+TEST_F(ZylRemoval, EndElementsIsOneRemoval) {
+  ZylExtractableArray array(env);
+  array.add(ZylExtractable(probe(env, "a")));
+  array.add(ZylExtractable());
+  array.add(ZylExtractable(probe(env, "b")));
+  array.endElements();
+  EXPECT_EQ(array.getSize(), 0);
+  EXPECT_EQ(Probe::Died, (Names{"b", "a"}));
+  EXPECT_EQ(log.size(), 2U);
+  expectUsable();
+}
+
+// --- arrays ---------------------------------------------------------------------------------------
+
+class ZylExtractables : public EnvTest {};
+
+TEST_F(ZylExtractables, FindRunsFromTheEnd) {
+  ZylExtractable a(probe(env));
+  ZylExtractable b(probe(env));
+  ZylExtractableArray array(env, 3, a, b, a);
+  EXPECT_EQ(array.find(a), 2);
+  EXPECT_EQ(array.find(b), 1);
+  EXPECT_EQ(array.find(ZylExtractable(probe(env))), -1);
+}
+
+TEST_F(ZylExtractables, NamesOfElements) {
+  ZylExtractable a(probe(env, "before"));
+  ZylExtractable b(probe(env));
+  ZylExtractableArray(env, 2, a, b).setNames("x");
+  EXPECT_STREQ(a.getName(), "x[0]");
+  EXPECT_STREQ(b.getName(), "x[1]");
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
+      [&] { ZylExtractableArray(env, 3, b, a, b).setNames("y"); },
+      "ZylExtractableArray::setNames: Can't have duplicate element in Array"));
+  EXPECT_STREQ(a.getName(), "x[0]");
+}
+
+TEST_F(ZylExtractables, ClonesOfArrays) {
+  ZylEnv other;
+  ZylExtractable a(probe(env, "a"));
+  ZylExtractableArray array(env, 2, a, a);
+  ZylExtractableArray before = array;
+  array.replaceByClone(other.getImpl());
+  EXPECT_EQ(array.getSize(), 2);
+  EXPECT_EQ(array[0].getEnv().getImpl(), other.getImpl());
+  EXPECT_EQ(before[0].getImpl(), a.getImpl());
+  before.replaceByClone(nullptr);
+  EXPECT_NE(before[0].getImpl(), a.getImpl());
+  EXPECT_EQ(before[0].getEnv().getImpl(), impl);
+  other.end();
+}
+
+TEST_F(ZylExtractables, LiteralTexts) {
+  ZylExtractable a(probe(env));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylExtractableArray(env, 3, a, a); },
+                                        "ZylExtractableArray::ZylExtractableArray: n != 2"));
+  ZylNumVar x(env);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylNumVarArray(env, 2, x); },
+                                        "ZylNumVarArray::ZylNumVarArray: n != 1"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylNumVarArray(env, 1, x, x); },
+                                        "ZylNumVarArray::ZylNumVarArray: n !=2"));
+  ZylRange r(env, 0, x, 1);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylRangeArray(env, 1, r, r, r); },
+                                        "ZylRangeArray::ZylRangeArray: n !=3"));
+  ZylNumVarArray empty(env, 3);
+  EXPECT_EQ(empty[2].getImpl(), nullptr);
+}
+
+// --- base operations and visits ---------------------------------------------------------------------
+
+TEST_F(ZylExtractables, BareObjects) {
+  auto* bare = new (impl) BareProbe(impl, nullptr);
+  const std::string id = std::to_string(bare->getId());
+  EXPECT_TRUE(DisplaysAs(bare, "ZylExtractable unknow" + id + "\n"));
+  EXPECT_TRUE(RaisesWith<ZylExtractable::NoCloneMechanismException>(
+      [&] { static_cast<void>(bare->makeClone(impl)); },
+      "Extractable with id " + id + " do not have clone mechanism"));
+  EXPECT_THROW(bare->extractToCP(ZylAlgorithm()), ZylAlgorithm::ExtractFailure);
+  EXPECT_THROW(bare->unextractFromCP(ZylAlgorithm(), nullptr), ZylAlgorithm::RemoveFailure);
+  EXPECT_THROW(bare->modifyCP(ZylAlgorithm(), nullptr), ZylAlgorithm::RemoveFailure);
+  EXPECT_TRUE(bare->isGround());
+  EXPECT_FALSE(bare->isDecisionExpr());
+}
+
+TEST_F(ZylExtractables, DecisionAnswersAreKept) {
+  ZylNumVar x(env);
+  Probe* inner = probe(env, nullptr, x.getImpl());
+  Probe* outer = probe(env, nullptr, probe(env), inner);
+  EXPECT_TRUE(outer->isDecisionExpr());
+  const long visits = outer->visits;
+  EXPECT_TRUE(outer->isDecisionExpr());
+  EXPECT_EQ(outer->visits, visits);
+  Probe* plain = probe(env);
+  EXPECT_FALSE(plain->isDecisionExpr());
+  plain->left = x.getImpl();
+  EXPECT_FALSE(plain->isDecisionExpr()) << "the first answer stands";
+  // Another object at the same address must ask again.
+  plain->end();
+  Probe* again = probe(env, nullptr, x.getImpl());
+  EXPECT_EQ(again, plain);
+  EXPECT_TRUE(again->isDecisionExpr());
+}
+
+TEST_F(ZylExtractables, GroundnessLooksBelow) {
+  Probe* index = probe(env);
+  Probe* user = probe(env, nullptr, probe(env), probe(env, nullptr, index));
+  EXPECT_TRUE(user->isGround());
+  index->nonground = true;
+  EXPECT_FALSE(user->isGround());
+  ZylNumVar x(env);
+  EXPECT_TRUE(x.getImpl()->isGround());
+}
+
+TEST_F(ZylExtractables, VisitorsAndMissingChildren) {
+  Probe* parent = probe(env);
+  ZylFindMarkedVisitor marked;
+  marked.visitChildren(parent, parent);
+  EXPECT_EQ(marked.getResult(), 0);
+  marked.visitChildren(parent, nullptr);
+  EXPECT_EQ(marked.getResult(), 1);
+  EXPECT_TRUE(marked.stop());
+  ZylFindDecisionVar decision;
+  ZylFindAggregate aggregate;
+  Probe* bulk = probe(env);
+  bulk->aggregate = true;
+  for (ZylFindVisitor* visitor : {static_cast<ZylFindVisitor*>(&decision),
+                                  static_cast<ZylFindVisitor*>(&aggregate)}) {
+    visitor->visitChildren(parent, static_cast<ZylExtractableI*>(nullptr));
+    EXPECT_EQ(visitor->getResult(), 0);
+    ZylExtractableArray array(env, 3, ZylExtractable(), ZylExtractable(ZylNumVar(env).getImpl()),
+                              ZylExtractable(bulk));
+    visitor->visitChildren(parent, array);
+    EXPECT_NE(visitor->getResult(), 0);
+  }
+  EXPECT_EQ(bulk->visits, 1) << "only the search for an aggregate goes on behind the variable";
+}
+
+TEST_F(ZylExtractables, HandlesTellTheirKind) {
+  ZylModel model(env);
+  ZylNumVar x(env);
+  ZylExtractable range = ZylRange(env, 0, x, 1);
+  EXPECT_TRUE(ZylExtractable(model).isModel());
+  EXPECT_FALSE(ZylExtractable(model).isNumExpr());
+  EXPECT_TRUE(ZylExtractable(x).isVariable());
+  EXPECT_TRUE(ZylExtractable(x).isNumExpr());
+  EXPECT_TRUE(range.isConstraint());
+  EXPECT_TRUE(range.isIntExpr()) << "a constraint has the value 0 or 1";
+  EXPECT_EQ(range.asModel().getImpl(), nullptr);
+  EXPECT_EQ(range.asConstraint().getImpl(), range.getImpl());
+  EXPECT_EQ(ZylExtractable(model).asVariable().getImpl(), nullptr);
+  EXPECT_EQ(ZylExtractable(ZylMinimize(env, x)).asObjective().getSense(), ZylObjective::Minimize);
+}
+
+struct EmptyCase {
+  const char* name;
+  void (*call)(ZylExtractable handle);
+};
+void PrintTo(const EmptyCase& row, std::ostream* stream) { *stream << row.name; }
+class ZylExtractableEmptyHandle : public testing::TestWithParam<EmptyCase> {};
+TEST_P(ZylExtractableEmptyHandle, Raises) {
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { GetParam().call(ZylExtractable()); },
+                                                  "Using empty Handle"));
+}
+INSTANTIATE_TEST_SUITE_P(
+    Operations, ZylExtractableEmptyHandle,
+    testing::Values(EmptyCase{"isNumExpr", [](ZylExtractable e) { e.isNumExpr(); }},
+                    EmptyCase{"asModel", [](ZylExtractable e) { e.asModel(); }},
+                    EmptyCase{"getEnv", [](ZylExtractable e) { e.getEnv(); }},
+                    EmptyCase{"getId", [](ZylExtractable e) { e.getId(); }},
+                    EmptyCase{"getName", [](ZylExtractable e) { e.getName(); }},
+                    EmptyCase{"setName", [](ZylExtractable e) { e.setName("x"); }},
+                    EmptyCase{"end", [](ZylExtractable e) { e.end(); }},
+                    EmptyCase{"removeFromAll", [](ZylExtractable e) { e.removeFromAll(); }},
+                    EmptyCase{"display", [](ZylExtractable e) { e.display(std::cout); }},
+                    EmptyCase{"hasProperty", [](ZylExtractable e) { e.hasProperty("x"); }},
+                    EmptyCase{"setIntProperty", [](ZylExtractable e) { e.setIntProperty("x", 1); }}),
+    [](const auto& row) { return row.param.name; });
+
+}  // namespace
+}  // namespace zyl::test
