@@ -15,12 +15,12 @@ void lock(const ZylExtractableArray& array) noexcept {
   }
 }
 
-// An element may be gone already: then the bin of the removal under way knows it.
+// The environment is that of the array: an element may be gone already, which the environment knows.
 void release(const ZylExtractableArray& array) {
   if (array.getImpl() == nullptr) return;
+  ZylEnvI* env = array.getImpl()->getEnv();
   for (long i = 0; i < array.getImpl()->getSize(); ++i) {
-    auto* expr = static_cast<ZylNumExprI*>(array.getI(i));
-    if (expr != nullptr) expr->getEnv()->release(expr);
+    env->release(static_cast<ZylNumExprI*>(array.getI(i)));
   }
 }
 

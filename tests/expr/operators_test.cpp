@@ -34,11 +34,14 @@ TEST_P(SumTest, FollowsTheTable) {
   if (holdRight) b.getImpl()->hold();
   const bool keepsLeft = left == 1 && !holdLeft;
   const bool keepsRight = !keepsLeft && (left == 0 || left == 3) && right == 1 && !holdRight;
+  // A temporary may be gone afterwards.
+  const void* const nodeA = a.getImpl();
+  const void* const nodeB = b.getImpl();
   const ZylNumExprArg sum = a + b;
   ASSERT_NE(numSum(sum), nullptr);
   EXPECT_DOUBLE_EQ(eval(sum), expected);
-  EXPECT_EQ(sum.getImpl() == a.getImpl(), keepsLeft);
-  EXPECT_EQ(sum.getImpl() == b.getImpl(), keepsRight);
+  EXPECT_EQ(sum.getImpl() == nodeA, keepsLeft);
+  EXPECT_EQ(sum.getImpl() == nodeB, keepsRight);
   EXPECT_EQ(sum.getImpl()->getCount(), 0);
   if (holdLeft) {
     EXPECT_TRUE(DisplaysAs(a, textA));

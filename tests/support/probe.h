@@ -20,9 +20,9 @@ class Probe : public ZylExtractableI {
   static long Living;
   static std::vector<std::string> Died;
 
-  explicit Probe(ZylEnvI* env, const char* name = nullptr, ZylExtractableI* left = nullptr,
-                 ZylExtractableI* right = nullptr)
-      : ZylExtractableI(env, name), left(left), right(right) {
+  explicit Probe(ZylEnvI* env, const char* name = nullptr, ZylExtractableI* first = nullptr,
+                 ZylExtractableI* second = nullptr)
+      : ZylExtractableI(env, name), left(first), right(second) {
     ++Living;
   }
   ~Probe() override;
@@ -52,9 +52,9 @@ class BareProbe : public ZylExtractableI {
 };
 
 /// Makes a probe in an environment.
-inline Probe* probe(const ZylEnv& env, const char* name = nullptr, ZylExtractableI* left = nullptr,
+inline Probe* probe(const ZylEnv& env, const char* name = nullptr, ZylExtractableI* first = nullptr,
                     ZylExtractableI* right = nullptr) {
-  return new (env.getImpl()) Probe(env.getImpl(), name, left, right);
+  return new (env.getImpl()) Probe(env.getImpl(), name, first, second);
 }
 
 }  // namespace zyl::test

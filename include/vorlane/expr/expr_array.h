@@ -17,7 +17,8 @@ class ZYL_EXPORT ZylNumExprArray
 
   /// Adds one reference to each element that is not empty.
   void lockExprs() const noexcept;
-  /// Releases each element that is not empty.
+  /// Releases each element that is not empty. Raises
+  /// `ZylEnv::IncompatibleMemoryManagerException` for an array outside an environment.
   void releaseExprs() const;
   /// The element at the value of `index`; a value outside the array counts as 0. The array is
   /// copied. Raises `ZylWrongUsage` if an element is of another environment than the index.

@@ -1,0 +1,34 @@
+// The model of docs/getting-started.md.
+
+#include <iostream>
+
+#include <vorlane/cbc.h>
+
+int main() {
+  ZylEnv env;
+  ZylModel model(env, "bakery");
+
+  ZylNumVar bread(env, 0, ZylInfinity, "bread");
+  ZylIntVar cakes(env, 0, 20, "cakes");
+  ZylRange flour = 0.5 * bread + 0.8 * cakes <= 40;
+  flour.setName("flour");
+  model.add(flour);
+  model.add(bread + 3 * cakes <= 90);
+  ZylObjective profit = ZylMaximize(env, 2 * bread + 9 * cakes, "profit");
+  model.add(profit);
+  std::cout << model;
+
+  ZylCbc engine(model);
+  engine.setLogLevel(0);
+  engine.solve();
+  std::cout << engine.getStatus() << " " << engine.getObjValue() << ": "
+            << engine.getValue(bread) << " of bread, " << engine.getIntValue(cakes) << " cakes\n";
+
+  flour.setUB(30);
+  profit.setLinearCoef(cakes, 5);
+  engine.solve();
+  std::cout << engine.getObjValue() << " with less flour and cheaper cakes\n";
+
+  env.end();
+  return 0;
+}
