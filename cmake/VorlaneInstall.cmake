@@ -33,3 +33,10 @@ foreach(package vorlane vorlane-model)
   install(FILES "${PROJECT_BINARY_DIR}/${package}.pc"
           DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 endforeach()
+
+# Lists of rows that headers include; no headers themselves.
+install(
+  DIRECTORY "${PROJECT_SOURCE_DIR}/include/vorlane"
+  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+  FILES_MATCHING
+  PATTERN "*.inc")

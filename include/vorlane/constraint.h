@@ -5,6 +5,8 @@
 
 #include "vorlane/constraint/comparison.h"  // IWYU pragma: export
 #include "vorlane/constraint/constraint.h"  // IWYU pragma: export
+#include "vorlane/constraint/for_all.h"  // IWYU pragma: export
+#include "vorlane/constraint/for_all_change.h"  // IWYU pragma: export
 #include "vorlane/constraint/range.h"  // IWYU pragma: export
 #include "vorlane/constraint/range_change.h"  // IWYU pragma: export
 

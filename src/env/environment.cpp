@@ -179,6 +179,8 @@ void ZylEnvI::releaseParts() noexcept {
   destroyPart(_symbolTable);
   destroyPart(_termAllocator);
   destroyPart(_alloc);
+  // Last of what allocates: until here the local environment served, under the lock.
+  if (_mtSafeAllocation != 0) useMTSafeAllocation(0);
   destroyPart(_mutex);
   freeMarks();
 }

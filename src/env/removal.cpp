@@ -6,6 +6,7 @@
 //   1. every object in the bin's first array is marked, and was announced before it dies;
 //   2. what is still in that array when an exception leaves is alive, and gets its slot back.
 
+#include "vorlane/constraint/for_all.h"
 #include "vorlane/env/clone_manager.h"
 #include "vorlane/env/environment.h"
 #include "vorlane/env/plug_in.h"
@@ -67,12 +68,22 @@ void ZylEnvI::finit(ZylExtractableI* object) {
   object->_id = -1;
 }
 
+namespace {
+long countOf(const ZylExtractableI* object) {
+  if (const auto* expr = zyl::as<ZylNumExprI>(object)) return expr->getCount();
+  if (const auto* comprehension = zyl::as<ZylComprehensionI>(object)) {
+    return comprehension->getCount();
+  }
+  const auto* generator = zyl::as<ZylGeneratorI>(object);
+  return generator != nullptr ? generator->getCount() : 0;
+}
+}  // namespace
+
 void ZylEnvI::destroy(ZylExtractableI* object, long keep, long notify) {
   if (notify != 0) object->notify(ZylDestroyExtractable(object));
   if (_recycleBin != nullptr) {
     // Its owners may die later in this removal, and will release it.
-    const auto* expr = zyl::as<ZylNumExprI>(object);
-    if (expr != nullptr && expr->getCount() > 0) _recycleBin->addDying(object);
+    if (countOf(object) > 0) _recycleBin->addDying(object);
   }
   finit(object);
   if (keep == 0) delete object;

@@ -15,12 +15,13 @@ void lock(const ZylExtractableArray& array) noexcept {
   }
 }
 
-// The environment is that of the array: an element may be gone already, which the environment knows.
+// An element may be gone already, which the environment knows: so nothing here may look at one, not
+// even a checked cast.
 void release(const ZylExtractableArray& array) {
   if (array.getImpl() == nullptr) return;
   ZylEnvI* env = array.getImpl()->getEnv();
   for (long i = 0; i < array.getImpl()->getSize(); ++i) {
-    env->release(static_cast<ZylNumExprI*>(array.getI(i)));
+    env->release(array.getImpl()->element<ZylNumExprI*>(i));
   }
 }
 

@@ -55,7 +55,8 @@ Node* makeExtreme(const ZylExtractableArray& array, const char* mismatch) {
 
 }  // namespace
 
-// --- nodes of one and two operands ----------------------------------------------------------------
+// --- nodes of one and two operands
+// ----------------------------------------------------------------
 
 namespace zyl::detail {
 
@@ -114,7 +115,8 @@ ZylNumExprArg ZylMonotonicDecreasingNumExpr(const ZylNumExprArg& arg, double (*f
   return ZylNumExprArg(make<ZylMonotonicNumExprI>(checkedExpr(arg), function, inverse, 1));
 }
 
-// --- extremes, counts and deviations of arrays ----------------------------------------------------
+// --- extremes, counts and deviations of arrays
+// ----------------------------------------------------
 
 namespace zyl::detail {
 
@@ -196,7 +198,8 @@ ZylIntExprArg ZylCount(const ZylIntExprArray& array, long value) {
   return ZylIntExprArg(makeOverCopy<ZylCountI, ZylIntExprArray>(array, value));
 }
 
-// --- sums -----------------------------------------------------------------------------------------
+// --- sums
+// -----------------------------------------------------------------------------------------
 
 long ZylSum(const ZylIntArray& array) {
   long sum = 0;
@@ -212,8 +215,8 @@ double ZylSum(const ZylNumArray& array) {
 
 namespace {
 
-/// Holds the elements of an array while they are read one by one. An element that stands in it twice
-/// must not be taken for a temporary at its first place: it would be gone at the second.
+/// Holds the elements of an array while they are read one by one. An element that stands in it
+/// twice must not be taken for a temporary at its first place: it would be gone at the second.
 class HeldElements {
  public:
   explicit HeldElements(const ZylExtractableArray& array) noexcept
@@ -312,7 +315,8 @@ Sum* sumOfProducts(const ZylExtractableArray& a, const ZylExtractableArray& b, T
   const HeldElements heldA(a);
   const HeldElements heldB(b);
   for (long i = 0; i < a.getSize(); ++i) {
-    zyl::detail::addTo(sum.get(), times(static_cast<Expr*>(a.getI(i)), static_cast<Expr*>(b.getI(i))));
+    zyl::detail::addTo(sum.get(),
+                       times(static_cast<Expr*>(a.getI(i)), static_cast<Expr*>(b.getI(i))));
   }
   return sum.finish();
 }

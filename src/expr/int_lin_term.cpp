@@ -19,8 +19,7 @@ void ZylIntLinTermRemoveVar::visitChange(ZylEnvI*, ZylExtractableI*,
 ZylIntLinTermI::ZylIntLinTermI(ZylEnvI* env, long constant)
     : ZylIntExprI(env), _constant(constant) {}
 
-ZylIntLinTermI::ZylIntLinTermI(const ZylIntLinExprTerm& term)
-    : ZylIntLinTermI(term.getEnvI(), 0) {
+ZylIntLinTermI::ZylIntLinTermI(const ZylIntLinExprTerm& term) : ZylIntLinTermI(term.getEnvI(), 0) {
   _terms.append(term.getImpl());
 }
 

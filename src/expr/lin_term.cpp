@@ -115,7 +115,8 @@ double ZylNumLinTermI::eval(const ZylAlgorithm algorithm) const {
 
 double ZylNumLinTermI::getNumConstant() const { return _constant; }
 
-// --- combining ------------------------------------------------------------------------------------
+// --- combining
+// ------------------------------------------------------------------------------------
 
 void ZylNumLinTermI::append(ZylNumLinTermI* other) {
   if (!other->_terms.isEmpty()) _normalized = 0;
@@ -179,14 +180,17 @@ void ZylNumLinTermI::divide(double divisor) {
   _constant /= divisor;
 }
 
-// --- normal form ----------------------------------------------------------------------------------
+// --- normal form
+// ----------------------------------------------------------------------------------
 
 namespace {
 
 // Where a normalisation keeps the last term of each variable: in the variables themselves, ...
 struct VariableMarks {
   static void set(ZylNumLinExprTermI* term) noexcept { term->_var->setMark(term); }
-  static ZylNumLinExprTermI* get(const ZylNumVarI* variable) noexcept { return variable->getMark(); }
+  static ZylNumLinExprTermI* get(const ZylNumVarI* variable) noexcept {
+    return variable->getMark();
+  }
   static void clear(const ZylNumVarI*) noexcept {}
   static void prefetch(const ZylNumVarI* variable) noexcept { variable->prefetchMark(); }
 };
@@ -229,8 +233,8 @@ struct TailAtEnd {
   }
 };
 
-/// Runs ahead of a walk and asks for what it will need: marks lie scattered, and whether a term is the
-/// last one cannot be predicted, so without this each of them waits for memory in turn.
+/// Runs ahead of a walk and asks for what it will need: marks lie scattered, and whether a term is
+/// the last one cannot be predicted, so without this each of them waits for memory in turn.
 template <class Ask>
 class Lookahead {
  public:
@@ -252,8 +256,8 @@ class Lookahead {
 constexpr int FarAhead = 24;
 constexpr int NearAhead = 8;
 
-// Pass one marks each variable with its last term. Pass two adds every other term to the marked one,
-// which comes later; a zero is dropped when its own turn comes, when all has been added to it.
+// Pass one marks each variable with its last term. Pass two adds every other term to the marked
+// one, which comes later; a zero is dropped when its own turn comes, when all has been added to it.
 template <class Marks>
 long mergeTerms(ZylEnvI* env, TermList* terms, const Marks& marks) {
   const auto askForMark = [&](const ZylNumLinExprTermI* term) { marks.prefetch(term->_var); };
@@ -356,7 +360,8 @@ bool ZylNumLinTermI::containsAggregate() {
   return visitor.getResult() != 0;
 }
 
-// --- editing --------------------------------------------------------------------------------------
+// --- editing
+// --------------------------------------------------------------------------------------
 
 namespace {
 
@@ -450,8 +455,8 @@ void ZylNumLinTermI::writeCoefs(const ZylNumVarArray& variables, const ZylNumArr
   _normalized = 1;
 }
 
-// Sent when all marks have done their work: a receiver may normalise, which moves them. A refusal is
-// raised when everything has been told.
+// Sent when all marks have done their work: a receiver may normalise, which moves them. A refusal
+// is raised when everything has been told.
 void ZylNumLinTermI::sendCoefChanges(const ZylNumVarArray& variables, const ZylNumArray& coefs,
                                      const ZylNumArray& oldCoefs) {
   std::exception_ptr refusal;

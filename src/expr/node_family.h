@@ -1,7 +1,7 @@
 // The bodies of the node templates, for the one source that instantiates them.
 //
-// `NodeFacts<Node>` holds what a class's row states: its integrality rule, its two display forms and,
-// where it matters, the order of operand and constant.
+// `NodeFacts<Node>` holds what a class's row states: its integrality rule, its two display forms
+// and, where it matters, the order of operand and constant.
 
 #ifndef ZYL_SRC_EXPR_NODE_FAMILY_H
 #define ZYL_SRC_EXPR_NODE_FAMILY_H
@@ -56,7 +56,8 @@ Impl* cloneOperand(ZylEnvI* env, const Impl* operand) {
 inline bool isIntegerConstant(double constant) { return ZylNumIsInteger(constant); }
 inline bool isIntegerConstant(long) { return true; }
 
-// --- one operand ----------------------------------------------------------------------------------
+// --- one operand
+// ----------------------------------------------------------------------------------
 
 template <class Node, class Base, class Operand>
 UnaryNode<Node, Base, Operand>::UnaryNode(ZylEnvI* env, Operand* operand)
@@ -95,7 +96,8 @@ bool UnaryNode<Node, Base, Operand>::isInteger() const {
   return followsInteger<Node>([this] { return _operand->isInteger(); });
 }
 
-// --- two operands ---------------------------------------------------------------------------------
+// --- two operands
+// ---------------------------------------------------------------------------------
 
 template <class Node, class Base, class Operand>
 BinaryNode<Node, Base, Operand>::BinaryNode(ZylEnvI* env, Operand* left, Operand* right)
@@ -140,7 +142,8 @@ bool BinaryNode<Node, Base, Operand>::isInteger() const {
   return followsInteger<Node>([this] { return _left->isInteger() && _right->isInteger(); });
 }
 
-// --- one operand and a constant -------------------------------------------------------------------
+// --- one operand and a constant
+// -------------------------------------------------------------------
 
 template <class Node, class Base, class Operand, class Constant>
 ConstantNode<Node, Base, Operand, Constant>::ConstantNode(ZylEnvI* env, Operand* operand,
@@ -188,7 +191,8 @@ bool ConstantNode<Node, Base, Operand, Constant>::isInteger() const {
       [this] { return _operand->isInteger() && isIntegerConstant(_constant); });
 }
 
-// --- arrays ---------------------------------------------------------------------------------------
+// --- arrays
+// ---------------------------------------------------------------------------------------
 
 // An absent array shows nothing.
 template <class Array>
@@ -332,12 +336,12 @@ void ElementNode<Node, Base, Array>::visitSubExtractables(ZylExtractableVisitor*
 template <class Node, class Base, class Array>
 void ElementNode<Node, Base, Array>::display(std::ostream& stream) const {
   if (!this->_env->isLongDisplay()) {
-    stream << NodeFacts<Node>::ShortWord << "[";
+    stream << NodeFacts<Node>::ShortWord;
     _index->display(stream);
     stream << "]";
     return;
   }
-  stream << NodeFacts<Node>::LongWord << "(";
+  stream << NodeFacts<Node>::LongWord;
   _index->display(stream);
   stream << ", ";
   displayArray(stream, _array);

@@ -7,22 +7,23 @@
 
 using zyl::detail::ArrayCopy;
 
-// --- the rows -------------------------------------------------------------------------------------
+// --- the rows
+// -------------------------------------------------------------------------------------
 
 namespace zyl::detail {
 
-#define ZYL_FACTS_(Class, RuleName, Long, Short)                        \
-  template <>                                                           \
-  struct NodeFacts<Class> {                                             \
-    static constexpr Integrality Rule = Integrality::RuleName;          \
-    static constexpr Form LongForm = Long;                              \
-    static constexpr Form ShortForm = Short;                            \
+#define ZYL_FACTS_(Class, RuleName, Long, Short)               \
+  template <>                                                  \
+  struct NodeFacts<Class> {                                    \
+    static constexpr Integrality Rule = Integrality::RuleName; \
+    static constexpr Form LongForm = Long;                     \
+    static constexpr Form ShortForm = Short;                   \
   };
 #define ZYL_UNARY_NODE(Class, Base, Operand, Rule, Long, Short, Value) \
   ZYL_FACTS_(Class, Rule, Long, Short)
 #define ZYL_BINARY_NODE(Class, Base, Operand, Rule, Long, Short, Value) \
   ZYL_FACTS_(Class, Rule, Long, Short)
-#define ZYL_EXTREME_NODE(Class, Base, Array, Rule, Long, Short, Function, Better) \
+#define ZYL_EXTREME_NODE(Class, Base, Array, Rule, Long, Short, Empty, Better) \
   ZYL_FACTS_(Class, Rule, Long, Short)
 #define ZYL_CONSTANT_NODE(Class, Base, Operand, Constant, OrderName, RuleName, Long, Short, Value) \
   template <>                                                                                      \
@@ -82,9 +83,9 @@ double extremeOf(const ZylAlgorithm& algorithm, const ZylExtractableArray& array
 
 }  // namespace
 
-#define ZYL_NODE_DEF_(Class, Base, ...)         \
-  ZYL_TYPE_DEF(Class, Base)                     \
-  ZYL_CP_HOOKS_DEF(Class)                       \
+#define ZYL_NODE_DEF_(Class, Base, ...) \
+  ZYL_TYPE_DEF(Class, Base)             \
+  ZYL_CP_HOOKS_DEF(Class)               \
   template class zyl::detail::__VA_ARGS__;
 #define ZYL_UNARY_NODE(Class, Base, Operand, Rule, Long, Short, Value) \
   ZYL_NODE_DEF_(Class, Base, UnaryNode<Class, Base, Operand>)          \
@@ -106,10 +107,10 @@ double extremeOf(const ZylAlgorithm& algorithm, const ZylExtractableArray& array
     const Constant k = getConstant();                                                      \
     return Value;                                                                          \
   }
-#define ZYL_EXTREME_NODE(Class, Base, Array, Rule, Long, Short, Function, Better)           \
-  ZYL_NODE_DEF_(Class, Base, ExtremeNode<Class, Base, Array>)                               \
-  double Class::eval(const ZylAlgorithm algorithm) const {                                  \
-    return extremeOf(algorithm, _array, "Array of size 0 in evaluation of " Function, Better); \
+#define ZYL_EXTREME_NODE(Class, Base, Array, Rule, Long, Short, Empty, Better) \
+  ZYL_NODE_DEF_(Class, Base, ExtremeNode<Class, Base, Array>)                  \
+  double Class::eval(const ZylAlgorithm algorithm) const {                     \
+    return extremeOf(algorithm, _array, Empty, Better);                        \
   }
 #define ZYL_ELEMENT_NODE(Class, Base, Array, Rule, Long, Short) \
   ZYL_NODE_DEF_(Class, Base, ElementNode<Class, Base, Array>)
@@ -120,7 +121,8 @@ template class zyl::detail::ArrayNode<ZylIntExprI, ZylIntExprArray>;
 template class zyl::detail::ArrayNode<ZylNumExprI, ZylNumExprArray>;
 template class zyl::detail::ArrayNode<ZylNumExprI, ZylIntExprArray>;
 
-// --- count ----------------------------------------------------------------------------------------
+// --- count
+// ----------------------------------------------------------------------------------------
 
 ZYL_TYPE_DEF(ZylCountI, ZylIntExprI)
 ZYL_CP_HOOKS_DEF(ZylCountI)
@@ -151,7 +153,8 @@ double ZylCountI::eval(const ZylAlgorithm algorithm) const {
   return number(count);
 }
 
-// --- standard deviation ---------------------------------------------------------------------------
+// --- standard deviation
+// ---------------------------------------------------------------------------
 
 ZYL_TYPE_DEF(ZylStandardDeviationI, ZylNumExprI)
 ZYL_CP_HOOKS_DEF(ZylStandardDeviationI)
@@ -190,7 +193,8 @@ double ZylStandardDeviationI::Eval(const ZylAlgorithm& algorithm, const ZylIntEx
   return std::sqrt(squares / number(size));
 }
 
-// --- a client's function --------------------------------------------------------------------------
+// --- a client's function
+// --------------------------------------------------------------------------
 
 ZYL_TYPE_DEF(ZylMonotonicNumExprI, ZylNumExprI)
 ZYL_CP_HOOKS_DEF(ZylMonotonicNumExprI)

@@ -60,7 +60,8 @@ void ZylEnvI::release(ZylNumExprI* expr) {
   expr->release();
 }
 
-// --- argument handles -----------------------------------------------------------------------------
+// --- argument handles
+// -----------------------------------------------------------------------------
 
 namespace {
 
@@ -125,7 +126,8 @@ ZylIntExprArg ZylIntExprArg::getClone(const ZylEnv& env) const {
   return ZylIntExprArg(cloneOf(getImpl(), env));
 }
 
-// --- counted handles ------------------------------------------------------------------------------
+// --- counted handles
+// ------------------------------------------------------------------------------
 
 ZylNumExpr::NonLinearExpression::NonLinearExpression(const ZylNumExprI* expr)
     : ZylException("Constant part cannot be set or queried"), _expr(expr) {}
@@ -154,8 +156,8 @@ void checkPair(const ZylNumExprI* expr, const ZylNumExprI* arg, void (*raise)())
   if (checkedExpr(expr)->getEnv() != checkedExpr(arg)->getEnv()) raise();
 }
 
-// Takes a handle's own reference back while an operator runs, so that a node held by this handle alone
-// counts as a temporary and is changed in place.
+// Takes a handle's own reference back while an operator runs, so that a node held by this handle
+// alone counts as a temporary and is changed in place.
 class HandleStepsBack {
  public:
   explicit HandleStepsBack(ZylNumExprI* held) noexcept : _held(held) { held->unhold(); }
@@ -182,8 +184,8 @@ Impl* rewritten(Impl* held, Operation operation) {
   return handle.replacedBy(operation(held));
 }
 
-// The node to run a numeric operator on. An integer sum is replaced first, as a step of its own: the
-// operator would end it before it can fail.
+// The node to run a numeric operator on. An integer sum is replaced first, as a step of its own:
+// the operator would end it before it can fail.
 ZylNumExprI* numericSum(ZylNumExprI* held) {
   if (zyl::detail::classOf(checkedExpr(held)) != NodeClass::IntLinear) return held;
   HandleStepsBack handle(held);
@@ -218,8 +220,8 @@ ZylNumExpr& ZylNumExpr::operator-=(double constant) { return *this += -constant;
 ZylNumExpr& ZylNumExpr::operator*=(double factor) {
   ZylNumExprI* held = numericSum(getImpl());
   _impl = held;
-  _impl = rewritten(held,
-                    [factor](ZylNumExprI* expr) { return zyl::detail::scaleNum(expr, factor); });
+  _impl =
+      rewritten(held, [factor](ZylNumExprI* expr) { return zyl::detail::scaleNum(expr, factor); });
   return *this;
 }
 

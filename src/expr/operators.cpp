@@ -4,7 +4,8 @@
 #include "vorlane/env/number.h"
 #include "vorlane/expr/nodes.h"
 
-// --- checked arithmetic ---------------------------------------------------------------------------
+// --- checked arithmetic
+// ---------------------------------------------------------------------------
 
 namespace {
 
@@ -35,24 +36,23 @@ namespace zyl::detail {
 
 constinit thread_local ZylEnvI* recentTermEnv = nullptr;
 
-// --- sums -----------------------------------------------------------------------------------------
+// --- sums
+// -----------------------------------------------------------------------------------------
 
 namespace {
 
 #define ZYL_SUM_TEXT(Result, A, B) \
-  #Result " operator + const " #A " const " #B ": mixing mismatch Environments"
+#Result " operator + const " #A " const " #B ": mixing mismatch Environments"
 #define ZYL_NUM_SUM_TEXT(A, B) ZYL_SUM_TEXT(ZylNumExprArg, A, B)
 #define ZYL_INT_SUM_TEXT(A, B) ZYL_SUM_TEXT(ZylIntExprArg, A, B)
 
-// By the classes of the operands in the order of `SumClass`. Between an integer and a numeric operand
-// an integer expression counts as a numeric one, while a term keeps its name.
+// By the classes of the operands in the order of `SumClass`. Between an integer and a numeric
+// operand an integer expression counts as a numeric one, while a term keeps its name.
 constexpr const char* SumTexts[4][4] = {
-    {ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumExprArg),
-     ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumExprArg),
+    {ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumExprArg), ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumExprArg),
      ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumLinExprTerm),
      ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylIntLinExprTerm)},
-    {ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumExprArg),
-     ZYL_INT_SUM_TEXT(ZylIntExprArg, ZylIntExprArg),
+    {ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumExprArg), ZYL_INT_SUM_TEXT(ZylIntExprArg, ZylIntExprArg),
      ZYL_NUM_SUM_TEXT(ZylNumExprArg, ZylNumLinExprTerm),
      ZYL_INT_SUM_TEXT(ZylIntExprArg, ZylIntLinExprTerm)},
     {ZYL_NUM_SUM_TEXT(ZylNumLinExprTerm, ZylNumExprArg),
@@ -120,7 +120,8 @@ Sum* addExprs(Expr* a, Expr* b) {
     addTo(sum, b);
     return sum;
   }
-  Sum* sum = right == NodeClass::Variable ? sumOn<Sum>(asVar(b)) : new (a->getEnv()) Sum(a->getEnv(), 0);
+  Sum* sum =
+      right == NodeClass::Variable ? sumOn<Sum>(asVar(b)) : new (a->getEnv()) Sum(a->getEnv(), 0);
   sum->append(a);
   if (right == NodeClass::Other) sum->append(b);
   return sum;
@@ -225,7 +226,8 @@ ZylIntLinTermI* addIntConstant(ZylNumLinExprTermI* a, long constant) {
   return sum;
 }
 
-// --- products -------------------------------------------------------------------------------------
+// --- products
+// -------------------------------------------------------------------------------------
 
 ZylNumExprI* scaleNum(ZylNumExprI* a, double factor) {
   for (;;) {
@@ -301,7 +303,8 @@ ZylIntExprI* timesInt(ZylIntExprI* a, ZylIntExprI* b) {
   return new (a->getEnv()) ZylIntTimesI(a->getEnv(), a, b);
 }
 
-// --- quotients ------------------------------------------------------------------------------------
+// --- quotients
+// ------------------------------------------------------------------------------------
 
 ZylNumExprI* divideNum(ZylNumExprI* a, double divisor) {
   const NodeClass kind = classOf(a);

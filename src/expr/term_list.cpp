@@ -122,7 +122,8 @@ void ItemList::forget(ZylEnvI* env) noexcept {
 
 long ItemList::removeMarked(ZylEnvI* env, long limit) {
   return removeIf(
-      this, limit, [env](const ZylLinExprNonLinearItem* item) { return env->isMarked(item->_expr); },
+      this, limit,
+      [env](const ZylLinExprNonLinearItem* item) { return env->isMarked(item->_expr); },
       [env](ZylLinExprNonLinearItem* item) { env->free(item, sizeof(ZylLinExprNonLinearItem)); });
 }
 

@@ -23,7 +23,8 @@ struct ScopedPartSize {
 TEST(ZylAllocationStack, RoundsToPairsOfWords) {
   ZylAllocationStack stack;
   void* top = stack.allocate(0);
-  const std::pair<unsigned long, long> rows[] = {{1, 2}, {8, 2}, {16, 2}, {17, 4}, {32, 4}, {33, 6}};
+  const std::pair<unsigned long, long> rows[] = {{1, 2},  {8, 2},  {16, 2},
+                                                 {17, 4}, {32, 4}, {33, 6}};
   long expected = 0;
   for (const auto& [size, words] : rows) {
     EXPECT_EQ(stack.allocate(size), static_cast<void**>(top) + expected) << size;

@@ -147,8 +147,7 @@ TEST_F(ZylArray, AFailedConstructionGivesEverythingBack) {
         useUpPools(impl);
         return &env;
       },
-      [&](ZylEnv& e) { ZylIntArray array(e, 3000); },
-      [&](ZylEnv&) {});
+      [&](ZylEnv& e) { ZylIntArray array(e, 3000); }, [&](ZylEnv&) {});
   const long before = impl->getMemoryUsage();
   ZylIntArray array(env, 3000);
   ZylIntArray copy = array.copy(env);
@@ -160,8 +159,8 @@ TEST_F(ZylArray, AFailedConstructionGivesEverythingBack) {
 TEST_F(ZylArray, RemoveTestsItsRange) {
   ZylNumArray array(env, 2, 1.0, 2.0);
   array.remove(2, 0);
-  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { array.remove(2, 1); },
-                                        "Trying to remove too many elements"));
+  EXPECT_TRUE(
+      RaisesWith<ZylArrayError>([&] { array.remove(2, 1); }, "Trying to remove too many elements"));
   EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { array.remove(-1, 1); },
                                         "invalid index for first element to remove"));
   EXPECT_EQ(array.getSize(), 2);
@@ -199,22 +198,22 @@ TEST_P(ZylArrayWrongLiteral, RaisesTheTextOfTheClassAndLeavesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     Classes, ZylArrayWrongLiteral,
-    testing::Values(
-        TextCase{"int", [](const ZylEnv& e) { ZylIntArray(e, 2, 5); }, "ZylIntArray::ZylIntArray: n != 1"},
-        TextCase{"ints", [](const ZylEnv& e) { ZylIntArray(e, 1, 5, 6); },
-                 "ZylIntArray::ZylIntArray: n must be >= 2"},
-        TextCase{"num", [](const ZylEnv& e) { ZylNumArray(e, 2, 5.0); },
-                 "ZylNumArray::ZylNumArray: n != 1"},
-        TextCase{"nums", [](const ZylEnv& e) { ZylNumArray(e, 0, 5, 6.0); },
-                 "ZylNumArray::ZylNumArray: n must be >=2"},
-        TextCase{"bool", [](const ZylEnv& e) { ZylBoolArray(e, 0, 1); },
-                 "ZylBoolArray::ZylBoolArray: n != 1"},
-        TextCase{"bools", [](const ZylEnv& e) { ZylBoolArray(e, 1, 1, 0); },
-                 "ZylBoolArray::ZylBoolArray: n must be >= 2"},
-        TextCase{"any", [](const ZylEnv& e) { ZylAnyArray(e, 3, nullptr); },
-                 "ZylAnyArray::ZylAnyArray: n != 1"},
-        TextCase{"anys", [](const ZylEnv& e) { ZylAnyArray(e, 1, nullptr, nullptr); },
-                 "ZylAnyArray::ZylAnyArray: n must be >=2"}),
+    testing::Values(TextCase{"int", [](const ZylEnv& e) { ZylIntArray(e, 2, 5); },
+                             "ZylIntArray::ZylIntArray: n != 1"},
+                    TextCase{"ints", [](const ZylEnv& e) { ZylIntArray(e, 1, 5, 6); },
+                             "ZylIntArray::ZylIntArray: n must be >= 2"},
+                    TextCase{"num", [](const ZylEnv& e) { ZylNumArray(e, 2, 5.0); },
+                             "ZylNumArray::ZylNumArray: n != 1"},
+                    TextCase{"nums", [](const ZylEnv& e) { ZylNumArray(e, 0, 5, 6.0); },
+                             "ZylNumArray::ZylNumArray: n must be >=2"},
+                    TextCase{"bool", [](const ZylEnv& e) { ZylBoolArray(e, 0, 1); },
+                             "ZylBoolArray::ZylBoolArray: n != 1"},
+                    TextCase{"bools", [](const ZylEnv& e) { ZylBoolArray(e, 1, 1, 0); },
+                             "ZylBoolArray::ZylBoolArray: n must be >= 2"},
+                    TextCase{"any", [](const ZylEnv& e) { ZylAnyArray(e, 3, nullptr); },
+                             "ZylAnyArray::ZylAnyArray: n != 1"},
+                    TextCase{"anys", [](const ZylEnv& e) { ZylAnyArray(e, 1, nullptr, nullptr); },
+                             "ZylAnyArray::ZylAnyArray: n must be >=2"}),
     [](const auto& row) { return row.param.name; });
 
 TEST_F(ZylArray, DiscardTakesTheLastOccurrence) {
@@ -270,7 +269,8 @@ TEST_F(ZylArray, ArraysOfArraysCompareByElements) {
   EXPECT_FALSE(table.contains(ZylIntArray()));
   EXPECT_TRUE(ZylIntArray2::equal(ZylIntArray(env), ZylIntArray(env)));
   EXPECT_FALSE(ZylIntArray2::equal(a, ZylIntArray()));
-  EXPECT_FALSE(ZylNumArray2::equal(ZylNumArray(env, 1, std::nan("")), ZylNumArray(env, 1, std::nan(""))));
+  EXPECT_FALSE(
+      ZylNumArray2::equal(ZylNumArray(env, 1, std::nan("")), ZylNumArray(env, 1, std::nan(""))));
   EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylAnyArray2(env, 1, ZylAnyArray()); },
                                         "ZylAnyArray2::ZylAnyArray2: n != 1"));
 }
@@ -278,8 +278,8 @@ TEST_F(ZylArray, ArraysOfArraysCompareByElements) {
 TEST_F(ZylArray, EmptyHandlesNameTheirClass) {
   EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { ZylIntArray().add(1); },
                                                   "Using empty ZylIntArray handle."));
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { static_cast<void>(ZylNumArray().getSize()); },
-                                                  "Using empty ZylNumArray handle."));
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>(
+      [] { static_cast<void>(ZylNumArray().getSize()); }, "Using empty ZylNumArray handle."));
   EXPECT_TRUE(RaisesWith<ZylWrongUsage>([] { ZylIntArray().contains(1); },
                                         "Empty Handle in ZylIntArray::contains"));
   EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { ZylNumArray().contains(1.0); },

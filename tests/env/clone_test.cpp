@@ -101,7 +101,8 @@ TEST_F(ZylCloning, AFailureGivesTheLockBack) {
       "Extractable with id " + std::to_string(bare->getId()) + " do not have clone mechanism";
   EXPECT_TRUE(RaisesWith<ZylExtractable::NoCloneMechanismException>([&] { cloneOf(user); }, text));
   EXPECT_FALSE(target->isCloningLocked());
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { target->substitute(user); }, "can not call substitute"));
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { target->substitute(user); }, "can not call substitute"));
   EXPECT_FALSE(target->isCloningLocked());
   EXPECT_THROW(cloneOf(user), ZylExtractable::NoCloneMechanismException) << "no expander is left";
   EXPECT_EQ(target->lockCloning(), 1);

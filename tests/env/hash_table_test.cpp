@@ -25,7 +25,8 @@ TEST(ZylHashFunctions, StayInsideTheTable) {
     ASSERT_TRUE(inside(ZylIntegerHashFunction(signedKey, n))) << signedKey << " of " << n;
     ASSERT_TRUE(inside(ZylPlatformIndependentIntegerHashFunction(signedKey, n))) << signedKey;
     ASSERT_TRUE(inside(ZylAddressHashFunction(reinterpret_cast<void*>(signedKey), n)));
-    ASSERT_TRUE(inside(ZylFloatHashFunction(static_cast<double>(signedKey) * 1e-3, n))) << signedKey;
+    ASSERT_TRUE(inside(ZylFloatHashFunction(static_cast<double>(signedKey) * 1e-3, n)))
+        << signedKey;
     std::string text;
     for (std::uint64_t k = random() % 20; k > 0; --k) {
       text.push_back(static_cast<char>(1 + random() % 255));
@@ -54,8 +55,8 @@ TEST(ZylHashTable, AgreesWithMap) {
     std::mt19937 random(seed);
     EnvFixture env;
     const long before = env->getMemoryUsage();
-    auto* table = new (env->getGenAlloc()) ZylIntegerHashTable<long>(
-        env->getGenAlloc(), 1 + static_cast<long>(random() % 8));
+    auto* table = new (env->getGenAlloc())
+        ZylIntegerHashTable<long>(env->getGenAlloc(), 1 + static_cast<long>(random() % 8));
     std::unordered_map<long, long> model;
     for (int step = 0; step < 2000; ++step) {
       const long key = static_cast<long>(random() % 300) - 150;
@@ -111,8 +112,10 @@ TEST(ZylHashTable, RefusesAHashOutside) {
   for (const long outside : {-1L, 4L}) {
     static long index;
     index = outside;
-    ZylHashTable<long, long> table(4, [](long, long) { return index; }, &ZylIntegerCompFunction);
-    EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { table.add(1, 1); }, "Hash function returned bad index"));
+    ZylHashTable<long, long> table(
+        4, [](long, long) { return index; }, &ZylIntegerCompFunction);
+    EXPECT_TRUE(
+        RaisesWith<ZylWrongUsage>([&] { table.add(1, 1); }, "Hash function returned bad index"));
     EXPECT_EQ(table.getSize(), 0);
     EXPECT_TRUE(
         RaisesWith<ZylWrongUsage>([&] { table.contains(1); }, "Hash function returned bad index"));
@@ -144,7 +147,8 @@ TEST(ZylHashTable, SurvivesFailedAllocations) {
   for (long i = 1; i <= 3; ++i) EXPECT_EQ(*table.find(i), i);
 }
 
-// --- the light tables -----------------------------------------------------------------------------
+// --- the light tables
+// -----------------------------------------------------------------------------
 
 void* address(long i) { return reinterpret_cast<void*>(8 * i); }
 

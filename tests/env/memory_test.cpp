@@ -45,7 +45,8 @@ TEST_P(ZylMemoryIndex, PicksTheSmallestClassThatHolds) {
 INSTANTIATE_TEST_SUITE_P(Borders, ZylMemoryIndex,
                          testing::Values(IndexCase{"one", 1, 0, 8}, IndexCase{"eight", 8, 0, 8},
                                          IndexCase{"nine", 9, 1, 16}, IndexCase{"s64", 64, 7, 64},
-                                         IndexCase{"s65", 65, 8, 128}, IndexCase{"s128", 128, 8, 128},
+                                         IndexCase{"s65", 65, 8, 128},
+                                         IndexCase{"s128", 128, 8, 128},
                                          IndexCase{"s129", 129, 9, 256},
                                          IndexCase{"s2048", 2048, 12, 2048},
                                          IndexCase{"s4000", 4000, 13, 4096}),
@@ -91,15 +92,13 @@ TEST_P(ZylMemoryLimit, IsReadFromTheProcess) {
   memory.free(block, size);
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, ZylMemoryLimit,
-                         testing::Values(LimitCase{"sixtyFour", "64", 64, 8},
-                                         LimitCase{"sixtyFive", "65", 65, 9},
-                                         LimitCase{"thousand", "1000", 1000, 12},
-                                         LimitCase{"zero", "0", 0, 8},
-                                         LimitCase{"negative", "-5", -5, 8},
-                                         LimitCase{"noNumber", "abc", 0, 8},
-                                         LimitCase{"narrowed", "4294967396", 100, 9}),
-                         [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Values, ZylMemoryLimit,
+    testing::Values(LimitCase{"sixtyFour", "64", 64, 8}, LimitCase{"sixtyFive", "65", 65, 9},
+                    LimitCase{"thousand", "1000", 1000, 12}, LimitCase{"zero", "0", 0, 8},
+                    LimitCase{"negative", "-5", -5, 8}, LimitCase{"noNumber", "abc", 0, 8},
+                    LimitCase{"narrowed", "4294967396", 100, 9}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(ZylMemory, CutsABlockFromItsStartAndGivesTheTailToSmallerClasses) {
   ZylMemory memory(1);
@@ -110,7 +109,8 @@ TEST(ZylMemory, CutsABlockFromItsStartAndGivesTheTailToSmallerClasses) {
   EXPECT_EQ(memory.getTotalMemoryUsage(), 501 * 8) << "165 more cells come from the same block";
   void* tail = memory.alloc(8);
   EXPECT_EQ(memory.getTotalMemoryUsage(), 501 * 8) << "and so does one cell of the class below";
-  EXPECT_EQ(static_cast<char*>(tail) - static_cast<char*>(first), 24) << "right behind the last cut";
+  EXPECT_EQ(static_cast<char*>(tail) - static_cast<char*>(first), 24)
+      << "right behind the last cut";
   static_cast<void>(memory.alloc(8));
   EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 501 * 8) << "the last word is wasted";
 }

@@ -95,10 +95,14 @@ TEST(ZylNumber, RefusedTextsTellTheirKind) {
     ZylParsingNumberMismatch::Type type;
   };
   using M = ZylParsingNumberMismatch;
-  const Row rows[] = {{"1.5x", true, M::BadNum},       {"", false, M::BadInt},
-                      {"x", true, M::BadNum},          {"1..5", true, M::BadNum},
-                      {"0x10", true, M::BadNum},       {"1e999", true, M::OutOfRange},
-                      {"1e-999", true, M::OutOfRange}, {"1.5", false, M::BadInt},
+  const Row rows[] = {{"1.5x", true, M::BadNum},
+                      {"", false, M::BadInt},
+                      {"x", true, M::BadNum},
+                      {"1..5", true, M::BadNum},
+                      {"0x10", true, M::BadNum},
+                      {"1e999", true, M::OutOfRange},
+                      {"1e-999", true, M::OutOfRange},
+                      {"1.5", false, M::BadInt},
                       {"99999999999999999999", false, M::OutOfRange}};
   for (const Row& row : rows) {
     if (row.text[0] == '\0') continue;
@@ -118,8 +122,8 @@ TEST(ZylNumber, RefusedTextsTellTheirKind) {
 }
 
 TEST(ZylNumber, StrtodTellsWhereItStopped) {
-  const std::pair<const char*, long> rows[] = {{"12abc", 2}, {"1.2.3", 3}, {"-", 0},  {"  x", 0},
-                                               {"1e5z", 3},  {"1ex", 2},   {".", 0},  {"+.e1", 0},
+  const std::pair<const char*, long> rows[] = {{"12abc", 2}, {"1.2.3", 3}, {"-", 0}, {"  x", 0},
+                                               {"1e5z", 3},  {"1ex", 2},   {".", 0}, {"+.e1", 0},
                                                {"1e+x", 3},  {"-.5-", 3},  {"", 0}};
   for (const auto& [text, length] : rows) {
     char* end = nullptr;
@@ -150,12 +154,15 @@ TEST(ZylNumber, ConvertsToCompactText) {
     int precision;
     const char* text;
   };
-  const Row rows[] = {{1.5, -1, "1.5"},      {100, -1, "100"},        {1e20, 14, "1e+20"},
-                      {0.00001, -1, "0.00001"}, {-2.5, -1, "2.5"},    {0, -1, "0"},
-                      {1e-6, -1, "0.000001"}, {1e-7, -1, "1e-7"},     {123456, 3, "1.235e+5"},
-                      {1234, 3, "1234"},      {0.5, 0, "0.5"},        {1.0 / 3, 99, "0.333333333333333"},
-                      {10, -1, "10"},         {1e14, 14, "100000000000000"}, {1e15, 14, "1e+15"},
-                      {12345.678, -1, "12345.678"}, {99999.5, 2, "1e+5"}};
+  const Row rows[] = {{1.5, -1, "1.5"},        {100, -1, "100"},
+                      {1e20, 14, "1e+20"},     {0.00001, -1, "0.00001"},
+                      {-2.5, -1, "2.5"},       {0, -1, "0"},
+                      {1e-6, -1, "0.000001"},  {1e-7, -1, "1e-7"},
+                      {123456, 3, "1.235e+5"}, {1234, 3, "1234"},
+                      {0.5, 0, "0.5"},         {1.0 / 3, 99, "0.333333333333333"},
+                      {10, -1, "10"},          {1e14, 14, "100000000000000"},
+                      {1e15, 14, "1e+15"},     {12345.678, -1, "12345.678"},
+                      {99999.5, 2, "1e+5"}};
   for (const Row& row : rows) {
     char buffer[64];
     int status = 7;
@@ -176,8 +183,8 @@ TEST(ZylNumber, ConvertsToCompactText) {
 TEST(ZylNumber, TextAndBackKeepsFourteenDigits) {
   std::mt19937_64 random(3);
   for (int i = 0; i < 3000; ++i) {
-    const double value = std::ldexp(static_cast<double>(random() >> 11),
-                                    static_cast<int>(random() % 100) - 100);
+    const double value =
+        std::ldexp(static_cast<double>(random() >> 11), static_cast<int>(random() % 100) - 100);
     char buffer[64];
     int status = 0;
     convertZylNum(buffer, sizeof(buffer), value, -1, &status);

@@ -18,7 +18,7 @@ std::vector<std::string> events;
 class Named : public ZylPlugIn {
   ZYL_TYPE(Named, ZylPlugIn)
  public:
-  Named(ZylEnvI* env, const char* name) : ZylPlugIn(env), name(name) {}
+  Named(ZylEnvI* env, const char* text) : ZylPlugIn(env), name(text) {}
   ~Named() override { events.push_back(std::string("end ") + name); }
   const char* name;
 };
@@ -110,8 +110,9 @@ TEST_F(ZylPlugIns, AFailedRegistrationChangesNothing) {
         m.add(p, "a name of some length, so that it needs a block of a size of its own");
       },
       [&](ZylPlugInManager& m) {
-        EXPECT_FALSE(m.isCreated(Named::GetTypeInfo(),
-                                 "a name of some length, so that it needs a block of a size of its own"));
+        EXPECT_FALSE(
+            m.isCreated(Named::GetTypeInfo(),
+                        "a name of some length, so that it needs a block of a size of its own"));
       });
 }
 

@@ -119,7 +119,8 @@ TEST_F(ZylProperties, DeletionOfAUsedPropertyIsRefused) {
   ZylNamedProperty handle(makeInt("p", 3));
   set->addProperty(handle.getImpl());
   const long before = impl->getMemoryUsage();
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { handle.end(); }, "Dangerous deletion of named property"));
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { handle.end(); }, "Dangerous deletion of named property"));
   EXPECT_LT(impl->getMemoryUsage(), before);
   EXPECT_EQ(handle.getImpl(), nullptr);
 }
@@ -199,7 +200,8 @@ TEST_F(ZylProperties, AFailedSetterLeavesTheOldValue) {
           return owner;
         },
         [](Probe& owner) {
-          owner.setStringProperty("name", "a value that is longer than what stood there before this");
+          owner.setStringProperty("name",
+                                  "a value that is longer than what stood there before this");
         },
         [&](Probe& owner) {
           EXPECT_EQ(owner.hasProperty("name"), present);

@@ -35,12 +35,12 @@ template <int N>
 class Fresh : public ZylRttiEnvObjectI {
   ZYL_TYPE(Fresh, ZylRttiEnvObjectI)
 };
-#define FRESH_(N)                                                          \
-  template <>                                                              \
-  long Fresh<N>::_rttiIndex = 0;                                           \
-  template <>                                                              \
-  void Fresh<N>::InitTypeIndex() {                                         \
-    zyl::detail::assignTypeIndex(&_rttiIndex);                             \
+#define FRESH_(N)                              \
+  template <>                                  \
+  long Fresh<N>::_rttiIndex = 0;               \
+  template <>                                  \
+  void Fresh<N>::InitTypeIndex() {             \
+    zyl::detail::assignTypeIndex(&_rttiIndex); \
   }
 FRESH_(0)
 FRESH_(1)
@@ -58,10 +58,10 @@ TEST(ZylThreads, AgreeOnTypeIndices) {
   const long before = ZylRtti::_counter;
   std::vector<std::vector<long>> seen(Threads);
   together([&](int t) {
-    seen[static_cast<std::size_t>(t)] = {
-        Fresh<0>::GetTypeIndex(), Fresh<1>::GetTypeIndex(), Fresh<2>::GetTypeIndex(),
-        Fresh<3>::GetTypeIndex(), Fresh<4>::GetTypeIndex(), Fresh<5>::GetTypeIndex(),
-        Fresh<6>::GetTypeIndex(), Fresh<7>::GetTypeIndex()};
+    seen[static_cast<std::size_t>(t)] = {Fresh<0>::GetTypeIndex(), Fresh<1>::GetTypeIndex(),
+                                         Fresh<2>::GetTypeIndex(), Fresh<3>::GetTypeIndex(),
+                                         Fresh<4>::GetTypeIndex(), Fresh<5>::GetTypeIndex(),
+                                         Fresh<6>::GetTypeIndex(), Fresh<7>::GetTypeIndex()};
   });
   ZylEndMT();
   for (const auto& indices : seen) EXPECT_EQ(indices, seen[0]);
@@ -104,7 +104,8 @@ TEST(ZylThreads, NormaliseTogether) {
   together([&](int t) {
     for (int round = 0; round < 20; ++round) {
       ZylExpr sum(env.env);
-      for (int i = 0; i < 3 * Variables; ++i) sum += (t + 1) * x[static_cast<std::size_t>(i % Variables)];
+      for (int i = 0; i < 3 * Variables; ++i)
+        sum += (t + 1) * x[static_cast<std::size_t>(i % Variables)];
       sum.normalize();
       std::vector<double>& coefs = found[static_cast<std::size_t>(t)];
       coefs.clear();

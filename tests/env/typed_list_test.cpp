@@ -78,7 +78,9 @@ TEST_F(ZylTypedLists, AConstructorThatRaisesLeavesNoTrace) {
         useUpPools(impl);
         return &env;
       },
-      [](ZylEnv& e) { probe(e, "a name with a block of its own size, long enough for that at least"); },
+      [](ZylEnv& e) {
+        probe(e, "a name with a block of its own size, long enough for that at least");
+      },
       [&](ZylEnv&) { EXPECT_TRUE(listed(Probe::GetTypeInfo()).empty()); });
   EXPECT_EQ(listed(Probe::GetTypeInfo()).size(), 1U);
 }

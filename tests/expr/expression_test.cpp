@@ -98,19 +98,22 @@ TEST_F(ExpressionTest, OneNodeCarriesAWholeFormula) {
 
 TEST_F(ExpressionTest, AddsAndSubtractsItself) {
   ZylExpr e(x + 2 * y + 1);
-  e += e;
+  const ZylNumExprArg& sameE = e;
+  e += sameE;
   EXPECT_EQ(eval(e), 2 * (2.5 + 8 + 1));
-  e -= e;
+  e -= sameE;
   EXPECT_EQ(eval(e), 0);
   ZylNumExpr n(x + 2 * y + 1);
-  n += n;
+  const ZylNumExprArg& sameN = n;
+  n += sameN;
   EXPECT_EQ(eval(n), 23);
-  n -= n;
+  n -= sameN;
   EXPECT_EQ(eval(n), 0);
   ZylIntExpr k(2 * i + 1);
-  k += k;
+  const ZylIntExprArg& sameK = k;
+  k += sameK;
   EXPECT_EQ(eval(k), 30);
-  k -= k;
+  k -= sameK;
   EXPECT_EQ(eval(k), 0);
 }
 
@@ -211,11 +214,12 @@ TEST_F(ExpressionTest, SurvivesAFailingAllocator) {
     ZylExpr e;
   };
   const auto build = [](auto operation) {
-    FailEachAllocation([] { return std::make_unique<State>(); }, operation, [](State& state) {
-      EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + 1 "));
-      state.e += state.y;
-      EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + y  + 1 "));
-    });
+    FailEachAllocation([] { return std::make_unique<State>(); }, operation,
+                       [](State& state) {
+                         EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + 1 "));
+                         state.e += state.y;
+                         EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + y  + 1 "));
+                       });
   };
   build([](State& state) { state.e += 3 * state.y; });
   build([](State& state) { state.e += ZylSin(state.y); });

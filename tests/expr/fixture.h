@@ -15,8 +15,8 @@ namespace zyl::test {
 /// Answers for variables from a table.
 class ValueAlgorithm : public RecordingAlgorithm {
  public:
-  using RecordingAlgorithm::RecordingAlgorithm;
   using RecordingAlgorithm::getValue;
+  using RecordingAlgorithm::RecordingAlgorithm;
   double getValue(const ZylNumVarI* variable) const override { return values.at(variable); }
   std::map<const ZylNumVarI*, double> values;
 };
@@ -36,7 +36,9 @@ class ExprTest : public EnvTest {
                       {i.getImpl(), static_cast<double>(valueI)},
                       {j.getImpl(), static_cast<double>(valueJ)}};
   }
-  double eval(const ZylNumExprArg& expr) const { return expr.getImpl()->eval(ZylAlgorithm(values)); }
+  double eval(const ZylNumExprArg& expr) const {
+    return expr.getImpl()->eval(ZylAlgorithm(values));
+  }
   bool isAlive(long id) const { return !impl->getIdManager()->isFree(id); }
   /// Number of objects that live in the environment.
   long liveObjects() const {

@@ -26,8 +26,8 @@ TEST_F(FunctionsTest, NumberArrays) {
   EXPECT_EQ(ZylScalProd(ints, ints), 69);
   EXPECT_EQ(ZylScalProd(ints, nums), -12.5);
   EXPECT_EQ(ZylScalProd(none, ZylNumArray(env)), 0.0);
-  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylMin(none); },
-                                        "Array of size 0 in call to ZylMin"));
+  EXPECT_TRUE(
+      RaisesWith<ZylArrayError>([&] { ZylMin(none); }, "Array of size 0 in call to ZylMin"));
   EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylMax(ZylNumArray(env)); },
                                         "Array of size 0 in call to ZylMax"));
   EXPECT_TRUE(RaisesWith<ZylInvalidScalProdArraysException>(
@@ -63,8 +63,7 @@ TEST_F(FunctionsTest, SumsRefuseBeforeTheyBuild) {
       [&] { ZylSum(array); },
       "ZylExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments"));
   array[1] = ZylNumExprArg();
-  EXPECT_TRUE(
-      RaisesWith<ZylWrongUsage>([&] { ZylSum(array); }, "using empty handle in ZylSum"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylSum(array); }, "using empty handle in ZylSum"));
   EXPECT_TRUE(DisplaysAs(temporary, "2 * x  + 1 "));
   EXPECT_EQ(temporary.getImpl()->getCount(), 0);
   other.end();
@@ -72,8 +71,8 @@ TEST_F(FunctionsTest, SumsRefuseBeforeTheyBuild) {
 
 TEST_F(FunctionsTest, ScalarProductsKeepOneTermAnIndex) {
   const ZylNumVarArray vars(env, 3, x, y, x);
-  EXPECT_TRUE(DisplaysAs(ZylScalProd(vars, ZylNumArray(env, 3, 1.0, 2.5, 3.0)),
-                         "x  + 2.5 * y  + 3 * x "));
+  EXPECT_TRUE(
+      DisplaysAs(ZylScalProd(vars, ZylNumArray(env, 3, 1.0, 2.5, 3.0)), "x  + 2.5 * y  + 3 * x "));
   const ZylNumExprArg zeros = ZylScalProd(ZylIntArray(env, 3, 0, 0, 1), vars);
   EXPECT_TRUE(DisplaysAs(zeros, "x "));
   EXPECT_EQ(numSum(zeros)->getTermHead()->_coef, 0.0);
@@ -110,8 +109,8 @@ TEST_F(FunctionsTest, ArrayFunctionsCheckTheirElements) {
   EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylStandardDeviation(array); },
                                         "ZylStandardDeviation" + mismatch));
   array[1] = ZylIntExprArg();
-  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylCount(array, 1); },
-                                        "ZylCount: empty handle in array"));
+  EXPECT_TRUE(
+      RaisesWith<ZylArrayError>([&] { ZylCount(array, 1); }, "ZylCount: empty handle in array"));
   EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylStandardDeviation(array, 0, 1); },
                                         "ZylStandardDeviation: empty handle in array"));
   EXPECT_THROW(ZylMax(array), ZylEmptyHandleException);

@@ -87,7 +87,8 @@ TEST_F(LinTermTest, NormalisationCanBeInhibited) {
   EXPECT_FALSE(e.normalize());
 }
 
-// --- coefficients ---------------------------------------------------------------------------------
+// --- coefficients
+// ---------------------------------------------------------------------------------
 
 class CoefTest : public LinTermTest {
  protected:
@@ -145,9 +146,9 @@ TEST_F(CoefTest, RefusalsAndWrongUse) {
   EXPECT_THROW(e.setLinearCoef(ZylNumVar(other), 1.0), ZylEnvironmentMismatch);
   other.end();
   e += ZylSin(x);
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
-      [&] { e.setLinearCoef(x, 1); },
-      "You can not change the coefficient of a nonlinear expression"));
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { e.setLinearCoef(x, 1); },
+                                "You can not change the coefficient of a nonlinear expression"));
   EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
       [&] { e.setLinearCoefs(ZylNumVarArray(env, 1, x), ZylNumArray(env, 1, 1.0)); },
       "You can not use change the coefficient of a nonlinear expression"));
@@ -171,7 +172,8 @@ TEST_F(CoefTest, FailedAllocationLeavesTheSumAlone) {
   EXPECT_EQ(take(), Log());
 }
 
-// --- other edits ----------------------------------------------------------------------------------
+// --- other edits
+// ----------------------------------------------------------------------------------
 
 TEST_F(LinTermTest, RemovesAsManyAsTheArrayHolds) {
   ZylExpr e(env);

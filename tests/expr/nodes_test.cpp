@@ -22,8 +22,8 @@ struct Operands {
 
 enum class Integer { No, Yes, IfOperands };
 
-// In the texts {x} stands for the variable's own text, {nums}, {ints}, {numbers} for the lists. Values
-// are for x = 2.5, y = 4, i = 7, j = -3.
+// In the texts {x} stands for the variable's own text, {nums}, {ints}, {numbers} for the lists.
+// Values are for x = 2.5, y = 4, i = 7, j = -3.
 struct NodeRow {
   const char* name;
   std::function<ZylNumExprArg(const Operands&)> make;
@@ -38,8 +38,8 @@ void PrintTo(const NodeRow& row, std::ostream* stream) { *stream << row.name; }
 #define MAKE(expr) [](const Operands& o) -> ZylNumExprArg { return expr; }
 
 const NodeRow Rows[] = {
-    {"ZylNumAbsI", MAKE(ZylAbs(-3.0 * o.x / 1.0)), 7.5, Integer::IfOperands,
-     "ZylAbs(( -3 * x ) ) ", "abs(-3 * x )"},
+    {"ZylNumAbsI", MAKE(ZylAbs(-3.0 * o.x / 1.0)), 7.5, Integer::IfOperands, "ZylAbs(( -3 * x ) ) ",
+     "abs(-3 * x )"},
     {"ZylIntAbsI", MAKE(ZylAbs(o.j)), 3, Integer::Yes, "ZylAbs({j}) ", "abs({j})"},
     {"ZylNumSquareI", MAKE(ZylSquare(o.x)), 6.25, Integer::IfOperands, "ZylSquare({x}) ",
      "square({x})"},
@@ -131,8 +131,14 @@ const NodeRow Rows[] = {
 class NodeTest : public ExprTest, public testing::WithParamInterface<NodeRow> {
  protected:
   NodeTest() {
-    operands = {x, y, i, j, ZylNumExprArray(env, 2, x, y), ZylIntExprArray(env, 2, i, j),
-                ZylNumArray(env, 3, 10.5, 20.5, 30.5), ZylIntArray(env, 3, 10, 20, 30)};
+    operands = {x,
+                y,
+                i,
+                j,
+                ZylNumExprArray(env, 2, x, y),
+                ZylIntExprArray(env, 2, i, j),
+                ZylNumArray(env, 3, 10.5, 20.5, 30.5),
+                ZylIntArray(env, 3, 10, 20, 30)};
     node = GetParam().make(operands);
   }
   static void replace(std::string* text, const std::string& what, const std::string& by) {
@@ -255,9 +261,9 @@ TEST_F(NodesTest, ArraysRaiseWhenEmpty) {
   EXPECT_TRUE(DisplaysAs(count, "count(, 4)"));
   EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { count->eval(ZylAlgorithm(values)); },
                                         "Array of size 0 in evaluation of ZylCount"));
-  EXPECT_TRUE(RaisesWith<ZylArrayError>(
-      [&] { ZylStandardDeviationI::Eval(ZylAlgorithm(values), ints); },
-      "Array of size 0 in evaluation of ZylStandardDeviation"));
+  EXPECT_TRUE(
+      RaisesWith<ZylArrayError>([&] { ZylStandardDeviationI::Eval(ZylAlgorithm(values), ints); },
+                                "Array of size 0 in evaluation of ZylStandardDeviation"));
 }
 
 TEST_F(NodesTest, ElementsOutsideTheArrayAreZero) {
@@ -297,7 +303,8 @@ TEST_F(NodesTest, HooksRaiseUntilAnEngineInstallsThem) {
     return const_cast<ZylSinI*>(object);
   };
   EXPECT_EQ(node.getImpl()->extractToCP(ZylAlgorithm(values)), node.getImpl());
-  EXPECT_THROW(ZylCos(x).getImpl()->extractToCP(ZylAlgorithm(values)), ZylAlgorithm::ExtractFailure);
+  EXPECT_THROW(ZylCos(x).getImpl()->extractToCP(ZylAlgorithm(values)),
+               ZylAlgorithm::ExtractFailure);
   ZylSinI::_extractCP = nullptr;
 }
 

@@ -14,10 +14,14 @@ class SumTest : public ExprTest,
  protected:
   ZylNumExprArg make(int kind) {
     switch (kind) {
-      case 0: return x;
-      case 1: return 2 * y + 1;
-      case 2: return 3 * i + 2;
-      default: return ZylSin(z);
+      case 0:
+        return x;
+      case 1:
+        return 2 * y + 1;
+      case 2:
+        return 3 * i + 2;
+      default:
+        return ZylSin(z);
     }
   }
 };
@@ -164,23 +168,23 @@ TEST_F(OperatorsTest, EnvironmentsMustAgree) {
   EXPECT_TRUE(raises([&] { 2 * i + 2 * k; }, INT("ZylIntLinExprTerm", "ZylIntLinExprTerm")));
 #undef NUM
 #undef INT
-  EXPECT_TRUE(raises([&] { x * a; },
-                     "ZylNumExprArg operator * const ZylNumExprArg const ZylNumExprArg"));
-  EXPECT_TRUE(raises([&] { i * k; },
-                     "ZylIntExprArg operator * const ZylIntExprArg const ZylIntExprArg"));
-  EXPECT_TRUE(raises([&] { x / a; },
-                     "ZylNumExprArg operator / const ZylNumExprArg const ZylNumExprArg"));
-  EXPECT_TRUE(raises([&] { i % k; },
-                     "ZylIntExprArg operator % const ZylIntExprArg const ZylIntExprArg"));
+  EXPECT_TRUE(
+      raises([&] { x* a; }, "ZylNumExprArg operator * const ZylNumExprArg const ZylNumExprArg"));
+  EXPECT_TRUE(
+      raises([&] { i* k; }, "ZylIntExprArg operator * const ZylIntExprArg const ZylIntExprArg"));
+  EXPECT_TRUE(
+      raises([&] { x / a; }, "ZylNumExprArg operator / const ZylNumExprArg const ZylNumExprArg"));
+  EXPECT_TRUE(
+      raises([&] { i % k; }, "ZylIntExprArg operator % const ZylIntExprArg const ZylIntExprArg"));
   EXPECT_TRUE(raises([&] { ZylMin(x, a); }, "ZylMin"));
   EXPECT_TRUE(raises([&] { ZylMax(i, k); }, "ZylMax"));
   EXPECT_TRUE(raises([&] { ZylDiv(i, k); }, "ZylDiv"));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylPower(x, a); },
-                                        "ZylPower: mixing mismatch environments"));
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { ZylPower(x, a); }, "ZylPower: mixing mismatch environments"));
   ZylExpr e(env);
   EXPECT_TRUE(raises([&] { e += a; }, "ZylExpr& ZylNumExpr::operator += const ZylNumExprArg arg "));
-  EXPECT_TRUE(raises([&] { e -= numExpr; },
-                     "ZylExpr& ZylExpr::operator -= const ZylNumExprArg arg "));
+  EXPECT_TRUE(
+      raises([&] { e -= numExpr; }, "ZylExpr& ZylExpr::operator -= const ZylNumExprArg arg "));
   ZylIntExpr n(env);
   EXPECT_TRUE(
       raises([&] { n += k; }, "ZylNumExpr& ZylNumExpr::operator += const ZylNumExprArg arg "));

@@ -74,10 +74,14 @@ GIVES(Int, ZylIntVar, %, int);
 GIVES(Int, long, %, ZylIntExpr);
 GIVES(Int, IntTerm, %, ZylBoolVar);
 template <class A, class B>
-concept HasRemainder = requires(A a, B b) { a % b; };
+concept HasRemainder = requires(A a, B b) {
+  a % b;
+};
 static_assert(!HasRemainder<ZylNumVar, int> && !HasRemainder<ZylIntVar, double>);
 template <class A, class B>
-concept HasSum = requires(A a, B b) { a + b; };
+concept HasSum = requires(A a, B b) {
+  a + b;
+};
 static_assert(!HasSum<ZylNumVar, const char*> && !HasSum<ZylNumVar, ZylNumArray> &&
               !HasSum<ZylModel, int>);
 
@@ -117,9 +121,9 @@ TEST(Overloads, CompileAsWritten) {
   k -= 3;
   k += 2 * i;
   k = i + 1;
-  const ZylRange ranges[] = {x == 3, 3.0 == x, 3L == i, 2 * x <= 5, 0 <= x + b, i < 3, 4 > i,
-                             b == true, e >= 2};
-  const ZylConstraint constraints[] = {x <= i, 2 * x == e, i < b, k > 2 * i, c == b, n >= x * x};
+  const ZylRange ranges[] = {x == 3,     3.0 == x,  3L == i,   2 * x <= 5,
+                             0 <= x + b, i<3, 4> i, b == true, e >= 2};
+  const ZylConstraint constraints[] = {x <= i, 2 * x == e, i<b, k> 2 * i, c == b, n >= x * x};
   for (const ZylRange& range : ranges) EXPECT_NE(range.getImpl(), nullptr);
   for (const ZylConstraint& constraint : constraints) EXPECT_NE(constraint.getImpl(), nullptr);
   EXPECT_FALSE(ZylSin(2 * i).getImpl()->isInteger());

@@ -28,6 +28,7 @@ class ZylRouting : public EnvTest {
     return new RecordingAlgorithm(impl, &log, name);
   }
   void extractInto(std::initializer_list<RecordingAlgorithm*> algorithms, const ZylExtractable& e) {
+    x.setBounds(0, 10);  // from now on the variable has a domain of its own
     for (RecordingAlgorithm* a : algorithms) a->extract(e.getImpl());
     log.clear();
   }
@@ -60,9 +61,9 @@ TEST_F(ZylRouting, OnlyThoseWhoExtractedTheObject) {
 
   log.clear();
   impl->change(ZylSetNumVarBounds(x.getImpl(), 0, 1));
-  EXPECT_EQ(log, (Log{"tied to other: ZylSetNumVarBounds (all)",
-                      "tied to uses: ZylSetNumVarBounds (all)", "other: apply ZylSetNumVarBounds",
-                      "uses: apply ZylSetNumVarBounds"}));
+  EXPECT_EQ(
+      log, (Log{"tied to other: ZylSetNumVarBounds (all)", "tied to uses: ZylSetNumVarBounds (all)",
+                "other: apply ZylSetNumVarBounds", "uses: apply ZylSetNumVarBounds"}));
 }
 
 TEST_F(ZylRouting, AllHearBeforeTheRefusalsAreRaisedAsOne) {
@@ -135,8 +136,8 @@ TEST_F(ZylRouting, AReceiverMayEndItself) {
   extractInto({last, ending, first}, x);
   ending->onApply = nullptr;
   struct EndsItself : RecordingAlgorithm {
-    using RecordingAlgorithm::RecordingAlgorithm;
     using RecordingAlgorithm::apply;
+    using RecordingAlgorithm::RecordingAlgorithm;
     void apply(const ZylChange&, const ZylExtractableI*) override {
       log.push_back("ends");
       delete this;
@@ -184,7 +185,8 @@ TEST_F(ZylRouting, TheEmancipatedHearNothingAndOutlive) {
   EXPECT_EQ(impl->getAlgorithms(), other);
 }
 
-// --- the changes themselves -----------------------------------------------------------------------
+// --- the changes themselves
+// -----------------------------------------------------------------------
 
 class ChildLog : public ZylChangeVisitor {
  public:
@@ -247,8 +249,8 @@ TEST_F(ZylChanges, ModelsTellOfEachElement) {
   ZylAddOneToModel(model.getImpl(), a).visitChange(impl, model.getImpl(), &visitor);
   ZylAddToModel(model.getImpl(), both).visitChange(impl, model.getImpl(), &visitor);
   ZylRemoveFromModel(model.getImpl(), b).visitChange(impl, model.getImpl(), &visitor);
-  EXPECT_EQ(visitor.added, (ChildLog::Edges{{model.getImpl(), a}, {model.getImpl(), a},
-                                            {model.getImpl(), b}}));
+  EXPECT_EQ(visitor.added,
+            (ChildLog::Edges{{model.getImpl(), a}, {model.getImpl(), a}, {model.getImpl(), b}}));
   EXPECT_EQ(visitor.removed, (ChildLog::Edges{{model.getImpl(), b}}));
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -29,6 +31,7 @@ class ZylRemoval : public EnvTest {
 
   // What must hold after every removal, however it went.
   void expectUsable() {
+    plugIn->onChange = nullptr;
     EXPECT_EQ(impl->getRecycleBin(), nullptr);
     const ZylIdManager& ids = *impl->getIdManager();
     for (ZylIdManager::Iterator it(ids); it.ok(); ++it) {
@@ -42,7 +45,9 @@ class ZylRemoval : public EnvTest {
     user->left->end();
     EXPECT_EQ(Probe::Living, living);
   }
-  bool isLive(ZylExtractableI* object, long id) { return impl->getIdManager()->getLive(id) == object; }
+  bool isLive(ZylExtractableI* object, long id) {
+    return impl->getIdManager()->getLive(id) == object;
+  }
 
   Log log;
   RecordingPlugIn* plugIn;
@@ -196,19 +201,19 @@ TEST_F(ZylRemoval, DirectDeletionIsARemoval) {
 }
 
 TEST_F(ZylRemoval, TheBlocksComeBack) {
-  probe(env)->end();
+  const auto liveAndDie = [&] {
+    Probe* leaf = probe(env, "a leaf with a name");
+    leaf->setIntProperty("number", 1);
+    leaf->setStringProperty("text", "value");
+    probe(env, "user", leaf);
+    EXPECT_TRUE(leaf->isGround());
+    EXPECT_FALSE(leaf->isDecisionExpr());
+    leaf->end();
+  };
+  liveAndDie();  // names are interned, and removals keep an array for the next one
   const long before = impl->getMemoryUsage();
-  Probe* leaf = probe(env, "a leaf with a name");
-  leaf->setIntProperty("number", 1);
-  leaf->end();
-  impl->intern("number");
-  const long interned = impl->getMemoryUsage();
-  Probe* second = probe(env, "a leaf with a name");
-  second->setIntProperty("number", 1);
-  probe(env, "user", second);
-  second->end();
-  EXPECT_EQ(impl->getMemoryUsage(), interned);
-  EXPECT_LE(interned - before, 200) << "the interned name only";
+  liveAndDie();
+  EXPECT_EQ(impl->getMemoryUsage(), before);
 }
 
 // Refusals and failures leave the graph as it was, or without what has died by then.
@@ -296,11 +301,16 @@ TEST_F(ZylRemoval, AgreesWithAClosure) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     srand(seed);
     std::vector<Probe*> nodes;
+    std::vector<std::vector<std::size_t>> edges(40);
     for (int i = 0; i < 40; ++i) nodes.push_back(probe(env));
     for (std::size_t i = 1; i < nodes.size(); ++i) {
       // Edges lead to any node below in a random order, so there is no cycle.
-      nodes[i]->left = rand() % 3 != 0 ? nodes[static_cast<std::size_t>(rand()) % i] : nullptr;
-      nodes[i]->right = rand() % 4 == 0 ? nodes[static_cast<std::size_t>(rand()) % i] : nullptr;
+      const auto edge = [&]() -> Probe* {
+        edges[i].push_back(static_cast<std::size_t>(rand()) % i);
+        return nodes[edges[i].back()];
+      };
+      if (rand() % 3 != 0) nodes[i]->left = edge();
+      if (rand() % 4 == 0) nodes[i]->right = edge();
     }
     std::vector<bool> dead(nodes.size(), false);
     for (int step = 0; step < 5; ++step) {
@@ -311,10 +321,7 @@ TEST_F(ZylRemoval, AgreesWithAClosure) {
       nodes[k]->end();
       dead[k] = true;
       for (std::size_t i = k + 1; i < nodes.size(); ++i) {
-        if (dead[i]) continue;
-        for (std::size_t j = 0; j < i; ++j) {
-          if (dead[j] && (nodes[i]->left == nodes[j] || nodes[i]->right == nodes[j])) dead[i] = true;
-        }
+        for (const std::size_t j : edges[i]) dead[i] = dead[i] || dead[j];
       }
       const long died = std::count(dead.begin(), dead.end(), true) - deadBefore;
       ASSERT_EQ(Probe::Living, living - died);
@@ -331,27 +338,25 @@ TEST_F(ZylRemoval, AgreesWithAClosure) {
   expectUsable();
 }
 
-TEST_F(ZylRemoval, AVariableTakesItsConstraintsAlong) {
+TEST_F(ZylRemoval, SumsLoseTheirTermsAndNodesGo) {
   ZylNumVar x(env, 0, 1, ZylNumVar::Float, "x");
   ZylNumVar y(env, 0, 1, ZylNumVar::Float, "y");
   ZylModel model(env, "m");
-  ZylRange viaMax(env, 0, ZylMax(x, y), 1);
-  ZylRange onY(env, 0, y, 1);
-  ZylNumEqI* equal = nullptr;
-  ZylConstraint comparison = x * x == y;
-  equal = static_cast<ZylNumEqI*>(comparison.getImpl());
-  model.add(viaMax);
-  model.add(onY);
-  model.add(comparison);
+  ZylRange range(env, 0, 2 * x + 3 * y, 1);
+  ZylObjective onNode = ZylMinimize(env, ZylStaticLex(env, y, ZylMax(x, y)));
+  model.add(range);
+  model.add(onNode);
   model.add(x);
-  EXPECT_NE(equal, nullptr);
   x.end();
-  long count = 0;
-  for (ZylModel::Iterator it(model); it.ok(); ++it) {
-    EXPECT_EQ((*it).getImpl(), onY.getImpl());
-    ++count;
+  ASSERT_NE(model.getImpl()->getElements().getFirst(), nullptr);
+  EXPECT_EQ(model.getImpl()->getElements().getFirst()->element, range.getImpl());
+  EXPECT_EQ(model.getImpl()->getElements().getFirst()->next, nullptr);
+  long terms = 0;
+  for (auto it = range.getLinearIterator(); it.ok(); ++it) {
+    EXPECT_EQ(it.getVar().getImpl(), y.getImpl());
+    ++terms;
   }
-  EXPECT_EQ(count, 1);
+  EXPECT_EQ(terms, 1);
   expectUsable();
 }
 
@@ -367,7 +372,8 @@ TEST_F(ZylRemoval, EndElementsIsOneRemoval) {
   expectUsable();
 }
 
-// --- arrays ---------------------------------------------------------------------------------------
+// --- arrays
+// ---------------------------------------------------------------------------------------
 
 class ZylExtractables : public EnvTest {};
 
@@ -423,7 +429,8 @@ TEST_F(ZylExtractables, LiteralTexts) {
   EXPECT_EQ(empty[2].getImpl(), nullptr);
 }
 
-// --- base operations and visits ---------------------------------------------------------------------
+// --- base operations and visits
+// ---------------------------------------------------------------------
 
 TEST_F(ZylExtractables, BareObjects) {
   auto* bare = new (impl) BareProbe(impl, nullptr);
@@ -454,7 +461,9 @@ TEST_F(ZylExtractables, DecisionAnswersAreKept) {
   // Another object at the same address must ask again.
   plain->end();
   Probe* again = probe(env, nullptr, x.getImpl());
-  EXPECT_EQ(again, plain);
+  if (impl->usesMemoryManager()) {
+    EXPECT_EQ(again, plain);
+  }
   EXPECT_TRUE(again->isDecisionExpr());
 }
 
@@ -480,8 +489,8 @@ TEST_F(ZylExtractables, VisitorsAndMissingChildren) {
   ZylFindAggregate aggregate;
   Probe* bulk = probe(env);
   bulk->aggregate = true;
-  for (ZylFindVisitor* visitor : {static_cast<ZylFindVisitor*>(&decision),
-                                  static_cast<ZylFindVisitor*>(&aggregate)}) {
+  for (ZylFindVisitor* visitor :
+       {static_cast<ZylFindVisitor*>(&decision), static_cast<ZylFindVisitor*>(&aggregate)}) {
     visitor->visitChildren(parent, static_cast<ZylExtractableI*>(nullptr));
     EXPECT_EQ(visitor->getResult(), 0);
     ZylExtractableArray array(env, 3, ZylExtractable(), ZylExtractable(ZylNumVar(env).getImpl()),
@@ -530,7 +539,8 @@ INSTANTIATE_TEST_SUITE_P(
                     EmptyCase{"removeFromAll", [](ZylExtractable e) { e.removeFromAll(); }},
                     EmptyCase{"display", [](ZylExtractable e) { e.display(std::cout); }},
                     EmptyCase{"hasProperty", [](ZylExtractable e) { e.hasProperty("x"); }},
-                    EmptyCase{"setIntProperty", [](ZylExtractable e) { e.setIntProperty("x", 1); }}),
+                    EmptyCase{"setIntProperty",
+                              [](ZylExtractable e) { e.setIntProperty("x", 1); }}),
     [](const auto& row) { return row.param.name; });
 
 }  // namespace

@@ -100,7 +100,8 @@ TEST_F(ZylModels, EditsSendOneChangeEach) {
   EXPECT_EQ(model.add(e).getImpl(), e.getImpl());
   model.add(e);
   model.add(ZylExtractableArray(env, 2, e, f));
-  EXPECT_EQ(a->log, (Log{"apply ZylAddOneToModel", "apply ZylAddOneToModel", "apply ZylAddToModel"}));
+  EXPECT_EQ(a->log,
+            (Log{"apply ZylAddOneToModel", "apply ZylAddOneToModel", "apply ZylAddToModel"}));
   a->log.clear();
   model.remove(e);
   EXPECT_EQ(elements(model), (Elements{e.getImpl(), e.getImpl(), f.getImpl()}));
@@ -128,7 +129,7 @@ TEST_F(ZylModels, AnEndedElementIsDroppedSilently) {
   RecordingAlgorithm* a = listener();
   e->end();
   EXPECT_EQ(elements(model), Elements{f});
-  EXPECT_EQ(a->log, (Log{"apply ZylRemoveFromAllChange", "apply ZylDestroyExtractableArray"}));
+  EXPECT_EQ(a->log, Log{"apply ZylDestroyExtractableArray"}) << "no change of the model itself";
   model.add(ZylExtractable(f));
   EXPECT_EQ(elements(model), (Elements{f, f}));
 }
@@ -152,16 +153,17 @@ TEST_F(ZylModels, DisplayListsTheElements) {
   model.add(inner);
   const std::string bareText = "ZylExtractable unknow" + std::to_string(bare->getId()) + "\n";
   EXPECT_TRUE(DisplaysAs(inner, "ZylModel model" + innerId + " = {\n" + bareText + "\n}\n"));
-  EXPECT_TRUE(DisplaysAs(model, "ZylModel m = {\nZylModel model" + innerId + " = {\n" + bareText +
-                                    "\n}\n\n}\n"));
+  EXPECT_TRUE(DisplaysAs(
+      model, "ZylModel m = {\nZylModel model" + innerId + " = {\n" + bareText + "\n}\n\n}\n"));
 }
 
 TEST_F(ZylModels, ClonesKeepOrderAndSharing) {
   ZylEnv other;
   Probe* shared = probe(env, "shared");
   Probe* user = probe(env, "user", shared);
-  for (ZylExtractableI* e : {static_cast<ZylExtractableI*>(shared), static_cast<ZylExtractableI*>(user),
-                             static_cast<ZylExtractableI*>(shared)}) {
+  for (ZylExtractableI* e :
+       {static_cast<ZylExtractableI*>(shared), static_cast<ZylExtractableI*>(user),
+        static_cast<ZylExtractableI*>(shared)}) {
     model.add(ZylExtractable(e));
   }
   ZylModel clone = model.getClone(other);
@@ -237,25 +239,30 @@ using A = ZylExtractableArray;
 INSTANTIATE_TEST_SUITE_P(
     Texts, ZylModelFailure,
     testing::Values(
-        TextCase{"addToEmpty", [](M, E e, E) { M().add(e); }, "trying to add to an empty handle ZylModel"},
-        TextCase{"addEmpty", [](M m, E, E) { m.add(E()); }, "trying to add an empty handle extractable"},
+        TextCase{"addToEmpty", [](M, E e, E) { M().add(e); },
+                 "trying to add to an empty handle ZylModel"},
+        TextCase{"addEmpty", [](M m, E, E) { m.add(E()); },
+                 "trying to add an empty handle extractable"},
         TextCase{"addForeign", [](M m, E, E f) { m.add(f); },
                  "extractables can only be added to ZylModel of the same env", true},
-        TextCase{"addForeignArray",
-                 [](M m, E e, E f) { m.add(A(m.getEnv(), 2, e, f)); },
+        TextCase{"addForeignArray", [](M m, E e, E f) { m.add(A(m.getEnv(), 2, e, f)); },
                  "extractables can only be added to ZylModel of the same env", true},
-        TextCase{"removeFromEmpty", [](M, E e, E) { M().remove(e); }, "trying to remove 0 extractor handle"},
-        TextCase{"removeEmpty", [](M m, E, E) { m.remove(E()); }, "trying to remove 0 extractable handle"},
+        TextCase{"removeFromEmpty", [](M, E e, E) { M().remove(e); },
+                 "trying to remove 0 extractor handle"},
+        TextCase{"removeEmpty", [](M m, E, E) { m.remove(E()); },
+                 "trying to remove 0 extractable handle"},
         TextCase{"removeForeign", [](M m, E, E f) { m.remove(f); },
                  "extractables can only be ZylRemoved from ZylModel of the same env", true},
         TextCase{"addArrayToEmpty", [](M m, E e, E) { M().add(A(m.getEnv(), 1, e)); },
                  "trying to add 0 extractor handle"},
         TextCase{"removeArrayFromEmpty", [](M m, E e, E) { M().remove(A(m.getEnv(), 1, e)); },
                  "trying to remove 0 extractor handle"},
-        TextCase{"addEmptyArray", [](M m, E, E) { m.add(A()); }, "Using empty ZylExtractableArray handle."},
+        TextCase{"addEmptyArray", [](M m, E, E) { m.add(A()); },
+                 "Using empty ZylExtractableArray handle."},
         TextCase{"removeEmptyArray", [](M m, E, E) { m.remove(A()); },
                  "Using empty ZylExtractableArray handle."},
-        TextCase{"expandToEmpty", [](M, E e, E) { M().expand(e); }, "Expanding to an empty ZylModel handle."},
+        TextCase{"expandToEmpty", [](M, E e, E) { M().expand(e); },
+                 "Expanding to an empty ZylModel handle."},
         TextCase{"expandEmpty", [](M m, E, E) { m.expand(E()); },
                  "trying to expand an empty extractable handle"},
         TextCase{"expandForeign", [](M m, E, E f) { m.expand(f); },

@@ -11,8 +11,8 @@
 
 namespace zyl::test {
 
-/// Refers to up to two others, counts the living, and notes who dies. The actions must be small, since
-/// an environment with pools ends without running destructors.
+/// Refers to up to two others, counts the living, and notes who dies. The actions must be small,
+/// since an environment with pools ends without running destructors.
 class Probe : public ZylExtractableI {
   ZYL_TYPE(Probe, ZylExtractableI)
   ZYL_CP_HOOKS(Probe)
@@ -53,7 +53,7 @@ class BareProbe : public ZylExtractableI {
 
 /// Makes a probe in an environment.
 inline Probe* probe(const ZylEnv& env, const char* name = nullptr, ZylExtractableI* first = nullptr,
-                    ZylExtractableI* right = nullptr) {
+                    ZylExtractableI* second = nullptr) {
   return new (env.getImpl()) Probe(env.getImpl(), name, first, second);
 }
 

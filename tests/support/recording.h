@@ -16,8 +16,8 @@ namespace zyl::test {
 
 using Log = std::vector<std::string>;
 
-/// An algorithm that logs each call with the class name of what it is about, "name: " in front if it
-/// has a log in common with others, and refuses the classes that it is told to.
+/// An algorithm that logs each call with the class name of what it is about, "name: " in front if
+/// it has a log in common with others, and refuses the classes that it is told to.
 class RecordingAlgorithm : public ZylAlgorithmI {
  public:
   explicit RecordingAlgorithm(ZylEnvI* env, Log* shared = nullptr, std::string name = "")
@@ -35,7 +35,8 @@ class RecordingAlgorithm : public ZylAlgorithmI {
     lastHandle = handle;
     return !refusesRemoval;
   }
-  bool doApply(const ZylChange* change, void** handle, const ZylExtractableI* extractable) override {
+  bool doApply(const ZylChange* change, void** handle,
+               const ZylExtractableI* extractable) override {
     note("apply", change->getRttiTypeName());
     lastHandle = handle != nullptr ? *handle : nullptr;
     lastTarget = extractable;

@@ -35,7 +35,8 @@ template <class T>
 testing::AssertionResult DisplaysAs(const T& object, const std::string& text) {
   const std::string actual = displayed(object);
   if (actual == text) return testing::AssertionSuccess();
-  return testing::AssertionFailure() << "displays as \"" << actual << "\", not as \"" << text << '"';
+  return testing::AssertionFailure()
+         << "displays as \"" << actual << "\", not as \"" << text << '"';
 }
 
 /// Whether the call raises exactly a `T` whose message, or whose printed form, is `text`.
@@ -82,7 +83,8 @@ inline long allocationsLeft = 0;
 inline bool failWhenUsedUp() { return --allocationsLeft < 0; }
 }  // namespace detail
 
-/// Makes the n-th request to the global allocator fail, and all behind it, for the length of a scope.
+/// Makes the n-th request to the global allocator fail, and all behind it, for the length of a
+/// scope.
 class FailingAllocator {
  public:
   explicit FailingAllocator(long n) {
@@ -94,9 +96,9 @@ class FailingAllocator {
   FailingAllocator& operator=(const FailingAllocator&) = delete;
 };
 
-/// Runs `operation(state)` on a fresh `setup()` with the first request failing, then the second, and
-/// so on until it succeeds. Each failure must be a `ZylMemoryException`; `check(state)` runs after
-/// each, with the allocator whole again. Returns the number of failures.
+/// Runs `operation(state)` on a fresh `setup()` with the first request failing, then the second,
+/// and so on until it succeeds. Each failure must be a `ZylMemoryException`; `check(state)` runs
+/// after each, with the allocator whole again. Returns the number of failures.
 template <class Setup, class Operation, class Check>
 long FailEachAllocation(Setup setup, Operation operation, Check check) {
   for (long n = 1; n < 1000; ++n) {
@@ -124,9 +126,11 @@ inline void useUpPools(ZylEnvI* env) {
     // The pools tell of a new block by their total.
     const long before = env->getTotalMemoryUsage();
     void* block = nullptr;
-    while (env->getTotalMemoryUsage() == before) block = env->alloc(static_cast<unsigned long>(size));
+    while (env->getTotalMemoryUsage() == before)
+      block = env->alloc(static_cast<unsigned long>(size));
     const long filled = env->getTotalMemoryUsage();
-    while (env->getTotalMemoryUsage() == filled) block = env->alloc(static_cast<unsigned long>(size));
+    while (env->getTotalMemoryUsage() == filled)
+      block = env->alloc(static_cast<unsigned long>(size));
     static_cast<void>(block);
   }
 }

@@ -25,12 +25,14 @@ class ZylArrayI;
 class ZylBaseDeleterI;
 class ZylChange;
 class ZylCloneManager;
+class ZylComprehensionI;
 class ZylDestroyableI;
 class ZylDestroyableList;
 class ZylExpanderI;
 class ZylExtension;
 class ZylExtractableArray;
 class ZylExtractableI;
+class ZylGeneratorI;
 class ZylIntRangeI;
 class ZylIntSharedDomainHash;
 class ZylKvlDisplayI;
@@ -167,6 +169,8 @@ class ZYL_EXPORT ZylEnvI {
   bool isTearingDown() const noexcept { return _tearingDown != 0; }
   /// Drops a reference on an expression; nothing while the environment goes down, or for null.
   void release(ZylNumExprI* expr);
+  void release(ZylGeneratorI* generator);
+  void release(ZylComprehensionI* comprehension);
 
   void addDestroyable(ZylDestroyableI* object);
   void removeDestroyable(ZylDestroyableI* object);

@@ -10,8 +10,7 @@
 
 /// An array of numeric expressions, uncounted: a temporary in it is a temporary still. What stores
 /// such an array copies it and locks the copy's elements.
-class ZYL_EXPORT ZylNumExprArray
-    : public zyl::detail::HandleArray<ZylNumExprArray, ZylNumExprArg> {
+class ZYL_EXPORT ZylNumExprArray : public zyl::detail::HandleArray<ZylNumExprArray, ZylNumExprArg> {
   ZYL_HANDLE_ARRAY(ZylNumExprArray, ZylNumExprArg, "n !=")
   using Family::operator[];
 
@@ -26,8 +25,7 @@ class ZYL_EXPORT ZylNumExprArray
 };
 
 /// An array of integer expressions, uncounted.
-class ZYL_EXPORT ZylIntExprArray
-    : public zyl::detail::HandleArray<ZylIntExprArray, ZylIntExprArg> {
+class ZYL_EXPORT ZylIntExprArray : public zyl::detail::HandleArray<ZylIntExprArray, ZylIntExprArg> {
   ZYL_HANDLE_ARRAY(ZylIntExprArray, ZylIntExprArg, "n !=")
   using Family::operator[];
 
@@ -54,8 +52,9 @@ class ZYL_EXPORT ZylExprArray : public zyl::detail::HandleArray<ZylExprArray, Zy
   explicit ZylExprArray(const ZylEnv& env, long n = 0) : Family(env, n) {}
   /// The array of the expressions given. Raises `ZylWrongUsage` if `n` is not their number.
   template <class... Rest>
-    requires(std::convertible_to<Rest, ZylExpr> && ...)
-  ZylExprArray(const ZylEnv& env, long n, ZylExpr first, Rest&&... rest) : Family(env) {
+  requires(std::convertible_to<Rest, ZylExpr>&&...)
+      ZylExprArray(const ZylEnv& env, long n, ZylExpr first, Rest&&... rest)
+      : Family(env) {
     constexpr long Count = 1 + static_cast<long>(sizeof...(rest));
     if (n != Count) {
       end();

@@ -42,7 +42,7 @@ class ZYL_EXPORT ZylExpr : public ZylNumExpr {
   ZylExpr() = default;
   explicit ZylExpr(const ZylEnv& env, double constant = 0.0);
   /// The expression as a linear sum: a held one is copied, a temporary taken over.
-  ZylExpr(const ZylNumExprArg& arg);      // NOLINT(google-explicit-constructor)
+  ZylExpr(const ZylNumExprArg& arg);       // NOLINT(google-explicit-constructor)
   ZylExpr(const ZylNumLinExprTerm& term);  // NOLINT(google-explicit-constructor)
   ZylExpr(const ZylIntLinExprTerm& term);  // NOLINT(google-explicit-constructor)
   /// Takes the pointer without counting.

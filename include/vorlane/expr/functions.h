@@ -23,7 +23,8 @@ namespace zyl::detail {
 
 // Arrays of variables or expressions, by the class of their elements.
 template <class T>
-concept ExprArrayOperand = std::derived_from<T, ZylExtractableArray> && ExprOperand<typename T::Element>;
+concept ExprArrayOperand =
+    std::derived_from<T, ZylExtractableArray> && ExprOperand<typename T::Element>;
 template <class T>
 concept VarArrayOperand = ExprArrayOperand<T> && VariableOperand<typename T::Element>;
 template <class T>
@@ -33,8 +34,8 @@ concept IntArrayOperand = std::derived_from<T, ZylIntArray>;
 template <class T>
 concept NumberArrayOperand = IntArrayOperand<T> || std::derived_from<T, ZylNumArray>;
 template <class A, class B>
-concept IntArrayPair = (IntExprArrayOperand<A> || IntArrayOperand<A>) &&
-                       (IntExprArrayOperand<B> || IntArrayOperand<B>);
+concept IntArrayPair = (IntExprArrayOperand<A> || IntArrayOperand<A>)&&(IntExprArrayOperand<B> ||
+                                                                        IntArrayOperand<B>);
 template <class A, class B>
 concept ScalProdPair = (NumberArrayOperand<A> && NumberArrayOperand<B>) ||
                        (VarArrayOperand<A> && NumberArrayOperand<B>) ||
@@ -80,12 +81,13 @@ ZYL_EXPORT double scalProd(const ZylNumArray& a, const ZylNumArray& b);
 
 /// The smaller or larger of two, of which one may be a number.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto ZylMin(const A& a, const B& b);
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto ZylMax(const A& a, const B& b);
-/// The extreme element, over a copy of the array; an empty array is accepted and fails at evaluation.
+/// The extreme element, over a copy of the array; an empty array is accepted and fails at
+/// evaluation.
 template <zyl::detail::ExprArrayOperand A>
 auto ZylMin(const A& array);
 template <zyl::detail::ExprArrayOperand A>
@@ -98,12 +100,10 @@ ZYL_EXPORT double ZylMax(const ZylNumArray& array);
 
 /// Integer division of integer expressions, toward zero. A zero divisor traps at evaluation.
 template <class A, class B>
-  requires zyl::detail::IntOperandPair<A, B>
-ZylIntExprArg ZylDiv(const A& a, const B& b);
+requires zyl::detail::IntOperandPair<A, B> ZylIntExprArg ZylDiv(const A& a, const B& b);
 /// a to the power of b, numeric also among integers.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
-ZylNumExprArg ZylPower(const A& a, const B& b);
+requires zyl::detail::OperandPair<A, B> ZylNumExprArg ZylPower(const A& a, const B& b);
 /// Absolute value and square; integer for integer expressions.
 template <zyl::detail::ExprOperand A>
 auto ZylAbs(const A& arg);
@@ -149,14 +149,14 @@ ZYL_EXPORT double ZylSum(const ZylNumArray& array);
 template <zyl::detail::ExprArrayOperand A>
 auto ZylSum(const A& array);
 /// The sum of the products of the elements in order: of numbers a number; of variables with numbers
-/// a linear node with one term an index, not normalised, zeros included; of expressions a linear node
-/// of products. Raises `ZylInvalidScalProdArraysException` if the sizes differ.
+/// a linear node with one term an index, not normalised, zeros included; of expressions a linear
+/// node of products. Raises `ZylInvalidScalProdArraysException` if the sizes differ.
 template <class A, class B>
-  requires zyl::detail::ScalProdPair<A, B>
+requires zyl::detail::ScalProdPair<A, B>
 auto ZylScalProd(const A& a, const B& b);
 
-/// The population standard deviation of the elements, with limits of their mean for an engine. Raise
-/// `ZylArrayError` for an empty array or element.
+/// The population standard deviation of the elements, with limits of their mean for an engine.
+/// Raise `ZylArrayError` for an empty array or element.
 ZYL_EXPORT ZylNumExprArg ZylStandardDeviation(const ZylIntExprArray& array);
 ZYL_EXPORT ZylNumExprArg ZylStandardDeviation(const ZylIntExprArray& array, double lowerMean,
                                               double upperMean);
@@ -166,34 +166,34 @@ ZYL_EXPORT ZylIntExprArg ZylCount(const ZylIntExprArray& array, long value);
 // --------------------------------------------------------------------------------------------------
 
 // Minimum and maximum differ in their bodies only.
-#define ZYL_EXTREME_FUNCTION_(Function, num, integer, mismatch)                      \
-  template <class A, class B>                                                        \
-    requires zyl::detail::OperandPair<A, B>                                          \
-  auto Function(const A& a, const B& b) {                                            \
-    using namespace zyl::detail;                                                     \
-    if constexpr (NumberOperand<A>) {                                                \
-      return Function(b, a);                                                         \
-    } else if constexpr (IntOperandPair<A, B>) {                                     \
-      if constexpr (NumberOperand<B>) {                                              \
-        return ZylIntExprArg(integer(toIntExpr(a), toInt(b)));                       \
-      } else {                                                                       \
-        checkPair(a, b, mismatch);                                                   \
-        return ZylIntExprArg(integer(toIntExpr(a), toIntExpr(b)));                   \
-      }                                                                              \
-    } else if constexpr (NumberOperand<B>) {                                         \
-      return ZylNumExprArg(num(toNumExpr(a), toNum(b)));                             \
-    } else {                                                                         \
-      checkPair(a, b, mismatch);                                                     \
-      return ZylNumExprArg(num(toNumExpr(a), toNumExpr(b)));                         \
-    }                                                                                \
-  }                                                                                  \
-  template <zyl::detail::ExprArrayOperand A>                                         \
-  auto Function(const A& array) {                                                    \
-    if constexpr (zyl::detail::IntExprArrayOperand<A>) {                             \
-      return ZylIntExprArg(zyl::detail::integer##Array(array));                      \
-    } else {                                                                         \
-      return ZylNumExprArg(zyl::detail::num##Array(array));                          \
-    }                                                                                \
+#define ZYL_EXTREME_FUNCTION_(Function, num, integer, mismatch)    \
+  template <class A, class B>                                      \
+  requires zyl::detail::OperandPair<A, B>                          \
+  auto Function(const A& a, const B& b) {                          \
+    using namespace zyl::detail;                                   \
+    if constexpr (NumberOperand<A>) {                              \
+      return Function(b, a);                                       \
+    } else if constexpr (IntOperandPair<A, B>) {                   \
+      if constexpr (NumberOperand<B>) {                            \
+        return ZylIntExprArg(integer(toIntExpr(a), toInt(b)));     \
+      } else {                                                     \
+        checkPair(a, b, mismatch);                                 \
+        return ZylIntExprArg(integer(toIntExpr(a), toIntExpr(b))); \
+      }                                                            \
+    } else if constexpr (NumberOperand<B>) {                       \
+      return ZylNumExprArg(num(toNumExpr(a), toNum(b)));           \
+    } else {                                                       \
+      checkPair(a, b, mismatch);                                   \
+      return ZylNumExprArg(num(toNumExpr(a), toNumExpr(b)));       \
+    }                                                              \
+  }                                                                \
+  template <zyl::detail::ExprArrayOperand A>                       \
+  auto Function(const A& array) {                                  \
+    if constexpr (zyl::detail::IntExprArrayOperand<A>) {           \
+      return ZylIntExprArg(zyl::detail::integer##Array(array));    \
+    } else {                                                       \
+      return ZylNumExprArg(zyl::detail::num##Array(array));        \
+    }                                                              \
   }
 
 ZYL_EXTREME_FUNCTION_(ZylMin, minNum, minInt, "ZylMin: mixing mismatch Environments")
@@ -201,8 +201,7 @@ ZYL_EXTREME_FUNCTION_(ZylMax, maxNum, maxInt, "ZylMax: mixing mismatch Environme
 #undef ZYL_EXTREME_FUNCTION_
 
 template <class A, class B>
-  requires zyl::detail::IntOperandPair<A, B>
-ZylIntExprArg ZylDiv(const A& a, const B& b) {
+requires zyl::detail::IntOperandPair<A, B> ZylIntExprArg ZylDiv(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) {
     return ZylIntExprArg(divideInt(toInt(a), toIntExpr(b)));
@@ -215,8 +214,7 @@ ZylIntExprArg ZylDiv(const A& a, const B& b) {
 }
 
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
-ZylNumExprArg ZylPower(const A& a, const B& b) {
+requires zyl::detail::OperandPair<A, B> ZylNumExprArg ZylPower(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) {
     return ZylNumExprArg(powerNum(toNum(a), toNumExpr(b)));
@@ -258,7 +256,7 @@ auto ZylSum(const A& array) {
 }
 
 template <class A, class B>
-  requires zyl::detail::ScalProdPair<A, B>
+requires zyl::detail::ScalProdPair<A, B>
 auto ZylScalProd(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberArrayOperand<A> && NumberArrayOperand<B>) {

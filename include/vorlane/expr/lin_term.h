@@ -139,8 +139,8 @@ class ZYL_EXPORT ZylIntLinTermI : public ZylIntExprI {
   virtual long displayTerm(std::ostream& stream, const ZylNumLinExprTermI* term) const;
 
   void append(ZylNumLinExprTermI* term) noexcept { _terms.append(term); }
-  /// Steals the lists of `other` and ends it. Raises `ZylIntExpr::ZylOverflowOccurred` if the sum of
-  /// the constants is not exact; then nothing has changed.
+  /// Steals the lists of `other` and ends it. Raises `ZylIntExpr::ZylOverflowOccurred` if the sum
+  /// of the constants is not exact; then nothing has changed.
   void append(ZylIntLinTermI* other);
   void append(ZylIntExprI* expr);
   void prepend(ZylNumLinExprTermI* term) noexcept { _terms.prepend(term); }
@@ -166,18 +166,18 @@ class ZYL_EXPORT ZylIntLinTermI : public ZylIntExprI {
 };
 
 // What the changes of a linear node share: the node and the variable.
-#define ZYL_LIN_TERM_CHANGE(Class, Node)                                                  \
-  class ZYL_EXPORT Class final : public ZylChange {                                       \
-    ZYL_CHANGE(Class, ZylChange)                                                          \
-   public:                                                                                \
-    Class(Node* node, ZylNumVarI* variable) : _node(node), _variable(variable) {}         \
-    ZylExtractableI* getChangedExtractable() const override { return _node; }             \
-    Node* getExpr() const noexcept { return _node; }                                      \
-    ZylNumVar getVar() const { return ZylNumVar(_variable); }                             \
-                                                                                          \
-   private:                                                                               \
-    Node* _node;                                                                          \
-    ZylNumVarI* _variable;                                                                \
+#define ZYL_LIN_TERM_CHANGE(Class, Node)                                          \
+  class ZYL_EXPORT Class final : public ZylChange {                               \
+    ZYL_CHANGE(Class, ZylChange)                                                  \
+   public:                                                                        \
+    Class(Node* node, ZylNumVarI* variable) : _node(node), _variable(variable) {} \
+    ZylExtractableI* getChangedExtractable() const override { return _node; }     \
+    Node* getExpr() const noexcept { return _node; }                              \
+    ZylNumVar getVar() const { return ZylNumVar(_variable); }                     \
+                                                                                  \
+   private:                                                                       \
+    Node* _node;                                                                  \
+    ZylNumVarI* _variable;                                                        \
   };
 
 /// A variable joined the node.

@@ -1,9 +1,9 @@
 // The expression nodes: what operators and functions build when a sum will not do.
 //
 // One template for each shape carries storage, counting, visiting, cloning and display; the classes
-// are rows of nodes.inc, each with its evaluation, its integrality and its two display forms. A node
-// holds its operands from construction to destruction. Engines read nodes through the accessors of
-// their family and know them by type.
+// are rows of nodes.inc, each with its evaluation, its integrality and its two display forms. A
+// node holds its operands from construction to destruction. Engines read nodes through the
+// accessors of their family and know them by type.
 
 #ifndef ZYL_EXPR_NODES_H
 #define ZYL_EXPR_NODES_H
@@ -48,8 +48,8 @@ class ZYL_EXPORT BinaryNode : public Base {
   Operand* _right;
 };
 
-/// A node of one operand and a number: `getOperand`, `getConstant`. In the classes with Rec in their
-/// name the number is the left side.
+/// A node of one operand and a number: `getOperand`, `getConstant`. In the classes with Rec in
+/// their name the number is the left side.
 template <class Node, class Base, class Operand, class Constant>
 class ZYL_EXPORT ConstantNode : public Base {
  public:
@@ -117,17 +117,17 @@ class ZYL_EXPORT ElementNode : public Base {
 
 }  // namespace zyl::detail
 
-#define ZYL_NODE_CLASS_(Class, Base, Eval, ...)                       \
-  class Class;                                                        \
-  extern template class zyl::detail::__VA_ARGS__;                     \
-  class ZYL_EXPORT Class final : public zyl::detail::__VA_ARGS__ {    \
-    ZYL_TYPE(Class, Base)                                             \
-    ZYL_CP_HOOKS(Class)                                               \
-    using Family = zyl::detail::__VA_ARGS__;                          \
-                                                                      \
-   public:                                                            \
-    using Family::Family;                                             \
-    Eval                                                              \
+#define ZYL_NODE_CLASS_(Class, Base, Eval, ...)                    \
+  class Class;                                                     \
+  extern template class zyl::detail::__VA_ARGS__;                  \
+  class ZYL_EXPORT Class final : public zyl::detail::__VA_ARGS__ { \
+    ZYL_TYPE(Class, Base)                                          \
+    ZYL_CP_HOOKS(Class)                                            \
+    using Family = zyl::detail::__VA_ARGS__;                       \
+                                                                   \
+   public:                                                         \
+    using Family::Family;                                          \
+    Eval                                                           \
   };
 #define ZYL_EVAL_ double eval(const ZylAlgorithm algorithm) const override;
 
@@ -137,7 +137,7 @@ class ZYL_EXPORT ElementNode : public Base {
   ZYL_NODE_CLASS_(Class, Base, ZYL_EVAL_, BinaryNode<Class, Base, Operand>)
 #define ZYL_CONSTANT_NODE(Class, Base, Operand, Constant, Order, Rule, Long, Short, Value) \
   ZYL_NODE_CLASS_(Class, Base, ZYL_EVAL_, ConstantNode<Class, Base, Operand, Constant>)
-#define ZYL_EXTREME_NODE(Class, Base, Array, Rule, Long, Short, Function, Better) \
+#define ZYL_EXTREME_NODE(Class, Base, Array, Rule, Long, Short, Empty, Better) \
   ZYL_NODE_CLASS_(Class, Base, ZYL_EVAL_, ExtremeNode<Class, Base, Array>)
 #define ZYL_ELEMENT_NODE(Class, Base, Array, Rule, LongWord, ShortWord) \
   ZYL_NODE_CLASS_(Class, Base, , ElementNode<Class, Base, Array>)

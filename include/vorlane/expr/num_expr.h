@@ -29,7 +29,8 @@ class ZYL_EXPORT ZylNumExprI : public ZylExtractableI {
   /// Drops one reference. The last one destroys the node; so does ending a temporary.
   void end() override;
 
-  /// The node to use as an independent expression: linear nodes give a deep copy, others themselves.
+  /// The node to use as an independent expression: linear nodes give a deep copy, others
+  /// themselves.
   virtual ZylNumExprI* copy();
   /// Drops one reference, unless the environment is going down.
   virtual void release();
@@ -126,7 +127,7 @@ class ZYL_EXPORT ZylNumExpr : public ZylNumExprArg {
   ZylNumExpr() = default;
   /// Takes the pointer without counting.
   explicit ZylNumExpr(ZylNumExprI* impl) noexcept : ZylNumExprArg(impl) {}
-  ZylNumExpr(const ZylNumExprArg& arg);      // NOLINT(google-explicit-constructor)
+  ZylNumExpr(const ZylNumExprArg& arg);       // NOLINT(google-explicit-constructor)
   ZylNumExpr(const ZylNumLinExprTerm& term);  // NOLINT(google-explicit-constructor)
   ZylNumExpr(const ZylIntLinExprTerm& term);  // NOLINT(google-explicit-constructor)
   /// The constant as an expression.
@@ -182,7 +183,7 @@ class ZYL_EXPORT ZylIntExpr : public ZylIntExprArg {
   ZylIntExpr() = default;
   /// Takes the pointer without counting.
   explicit ZylIntExpr(ZylIntExprI* impl) noexcept : ZylIntExprArg(impl) {}
-  ZylIntExpr(const ZylIntExprArg& arg);      // NOLINT(google-explicit-constructor)
+  ZylIntExpr(const ZylIntExprArg& arg);       // NOLINT(google-explicit-constructor)
   ZylIntExpr(const ZylIntLinExprTerm& term);  // NOLINT(google-explicit-constructor)
   explicit ZylIntExpr(const ZylEnv& env, long constant = 0);
   ZylIntExpr(const ZylIntExpr& other) : ZylIntExprArg(other) { zyl::detail::holdExpr(getImpl()); }

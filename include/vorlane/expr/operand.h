@@ -15,8 +15,8 @@
 
 namespace zyl::detail {
 
-// Plain numbers and no enumeration: comparing these must not look for an operator, as that would ask
-// for the classification again.
+// Plain numbers and no enumeration: comparing these must not look for an operator, as that would
+// ask for the classification again.
 struct OperandKind {
   static constexpr int None = 0;
   static constexpr int Integer = 1;  // a number
@@ -31,19 +31,29 @@ struct OperandKind {
 
 template <class T>
 consteval int classify() {
-  if constexpr (std::integral<T>) return OperandKind::Integer;
-  else if constexpr (std::floating_point<T>) return OperandKind::Real;
+  if constexpr (std::integral<T>)
+    return OperandKind::Integer;
+  else if constexpr (std::floating_point<T>)
+    return OperandKind::Real;
   // Named constants of unscoped enumerations are integers.
   else if constexpr (std::is_enum_v<T>)
     return std::convertible_to<T, long> ? OperandKind::Integer : OperandKind::None;
-  else if constexpr (!std::is_class_v<T>) return OperandKind::None;
-  else if constexpr (std::derived_from<T, ZylNumVar>) return OperandKind::NumVar;
-  else if constexpr (std::derived_from<T, ZylIntVar>) return OperandKind::IntVar;
-  else if constexpr (std::derived_from<T, ZylNumLinExprTerm>) return OperandKind::NumTerm;
-  else if constexpr (std::derived_from<T, ZylIntLinExprTerm>) return OperandKind::IntTerm;
-  else if constexpr (std::derived_from<T, ZylIntExprArg>) return OperandKind::IntExpr;
-  else if constexpr (std::derived_from<T, ZylNumExprArg>) return OperandKind::NumExpr;
-  else return OperandKind::None;
+  else if constexpr (!std::is_class_v<T>)
+    return OperandKind::None;
+  else if constexpr (std::derived_from<T, ZylNumVar>)
+    return OperandKind::NumVar;
+  else if constexpr (std::derived_from<T, ZylIntVar>)
+    return OperandKind::IntVar;
+  else if constexpr (std::derived_from<T, ZylNumLinExprTerm>)
+    return OperandKind::NumTerm;
+  else if constexpr (std::derived_from<T, ZylIntLinExprTerm>)
+    return OperandKind::IntTerm;
+  else if constexpr (std::derived_from<T, ZylIntExprArg>)
+    return OperandKind::IntExpr;
+  else if constexpr (std::derived_from<T, ZylNumExprArg>)
+    return OperandKind::NumExpr;
+  else
+    return OperandKind::None;
 }
 
 template <class T>
@@ -51,30 +61,35 @@ inline constexpr int KindOf = classify<std::remove_cvref_t<T>>();
 
 /// A number that is integral, any number.
 template <class T>
-concept IntegerOperand = KindOf<T> == OperandKind::Integer;
+concept IntegerOperand = KindOf<T>
+== OperandKind::Integer;
 template <class T>
-concept NumberOperand = IntegerOperand<T> || KindOf<T> == OperandKind::Real;
+concept NumberOperand = IntegerOperand<T> || KindOf<T>
+== OperandKind::Real;
 
 template <class T>
-concept VariableOperand = KindOf<T> == OperandKind::NumVar || KindOf<T> == OperandKind::IntVar;
+concept VariableOperand = KindOf<T>
+== OperandKind::NumVar || KindOf<T> == OperandKind::IntVar;
 template <class T>
-concept TermOperand = KindOf<T> == OperandKind::NumTerm || KindOf<T> == OperandKind::IntTerm;
+concept TermOperand = KindOf<T>
+== OperandKind::NumTerm || KindOf<T> == OperandKind::IntTerm;
 /// A variable, term or expression; one of integers.
 template <class T>
-concept ExprOperand = KindOf<T> != OperandKind::None && !NumberOperand<T>;
+concept ExprOperand = KindOf<T>
+!= OperandKind::None && !NumberOperand<T>;
 template <class T>
-concept IntExprOperand = KindOf<T> == OperandKind::IntVar || KindOf<T> == OperandKind::IntTerm ||
-                         KindOf<T> == OperandKind::IntExpr;
+concept IntExprOperand = KindOf<T>
+== OperandKind::IntVar || KindOf<T> == OperandKind::IntTerm || KindOf<T> == OperandKind::IntExpr;
 
 template <class T>
 concept Operand = ExprOperand<T> || NumberOperand<T>;
 /// Two operands of which one at least is no number.
 template <class A, class B>
-concept OperandPair = Operand<A> && Operand<B> && (ExprOperand<A> || ExprOperand<B>);
+concept OperandPair = Operand<A> && Operand<B> &&(ExprOperand<A> || ExprOperand<B>);
 /// The same where both are integer: the operation stays among the integers.
 template <class A, class B>
-concept IntOperandPair = OperandPair<A, B> && (IntExprOperand<A> || IntegerOperand<A>) &&
-                         (IntExprOperand<B> || IntegerOperand<B>);
+concept IntOperandPair = OperandPair<A, B> &&
+    (IntExprOperand<A> || IntegerOperand<A>)&&(IntExprOperand<B> || IntegerOperand<B>);
 
 /// The expression of an operand. A term becomes a new linear node. Raises
 /// `ZylEmptyHandleException` for an empty handle.

@@ -1,13 +1,13 @@
 // The arithmetic of formulas: `x + 2 * y`, `a * b / 3`, `i % 5`.
 //
-// What can stay a linear sum stays in one linear node; a multiplication by a constant is folded into
-// the sum or into the constant of a times node; all else makes a new node. Results are argument
-// handles on temporaries: the next operator changes a temporary in place, and works on a copy of
-// what somebody holds. Among integers the result is integer, otherwise numeric.
+// What can stay a linear sum stays in one linear node; a multiplication by a constant is folded
+// into the sum or into the constant of a times node; all else makes a new node. Results are
+// argument handles on temporaries: the next operator changes a temporary in place, and works on a
+// copy of what somebody holds. Among integers the result is integer, otherwise numeric.
 //
-// Each raises `ZylWrongUsage` if the operands are of two environments, before it builds anything, and
-// `ZylEmptyHandleException` for an empty handle. Terms and temporaries given to an operator that
-// raises are lost until the environment ends.
+// Each raises `ZylWrongUsage` if the operands are of two environments, before it builds anything,
+// and `ZylEmptyHandleException` for an empty handle. Terms and temporaries given to an operator
+// that raises are lost until the environment ends.
 
 #ifndef ZYL_EXPR_OPERATORS_H
 #define ZYL_EXPR_OPERATORS_H
@@ -89,11 +89,11 @@ constexpr long negated(long value) noexcept {
 extern ZYL_EXPORT constinit thread_local ZylEnvI* recentTermEnv
     __attribute__((tls_model("initial-exec")));
 
-// Returns `env`. A large model's variables lie scattered, so the load that `env` comes from misses the
-// caches; and each term waits for the free list that the one before left behind. Where the guess is
-// right, what follows hangs on a predicted branch instead of on that load, and the misses of several
-// terms overlap: a sum over scattered variables is stated in a sixth less time. The empty statement
-// keeps the compiler from seeing that both are one.
+// Returns `env`. A large model's variables lie scattered, so the load that `env` comes from misses
+// the caches; and each term waits for the free list that the one before left behind. Where the
+// guess is right, what follows hangs on a predicted branch instead of on that load, and the misses
+// of several terms overlap: a sum over scattered variables is stated in a sixth less time. The
+// empty statement keeps the compiler from seeing that both are one.
 inline ZylEnvI* predictedEnv(ZylEnvI* env) noexcept {
   ZylEnvI* guess = recentTermEnv;
   if (ZYL_UNLIKELY(guess != env)) {
@@ -144,7 +144,7 @@ void checkPair(const A& a, const B& b, const char* text) {
 /// The sum. Variables and terms give a linear node of two terms that is not normalised yet;
 /// appending to a linear node normalises it.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator+(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) {
@@ -175,7 +175,7 @@ auto operator-(const A& a) {
 
 /// `a + (-b)`.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator-(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) {
@@ -194,7 +194,7 @@ auto operator-(const A& a, const B& b) {
 /// The product. With a number, a term for a variable, and folded in where possible; of two
 /// expressions, folded in if one is constant, else a times node.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator*(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) {
@@ -218,8 +218,7 @@ auto operator*(const A& a, const B& b) {
 
 /// The quotient, numeric also among integers (see `ZylDiv`). Division by 0 is no error here.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
-ZylNumExprArg operator/(const A& a, const B& b) {
+requires zyl::detail::OperandPair<A, B> ZylNumExprArg operator/(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) {
     return ZylNumExprArg(divideNum(toNum(a), toNumExpr(b)));
@@ -235,8 +234,7 @@ ZylNumExprArg operator/(const A& a, const B& b) {
 
 /// The remainder among integers, with the sign of the dividend. A zero divisor traps at evaluation.
 template <class A, class B>
-  requires zyl::detail::IntOperandPair<A, B>
-ZylIntExprArg operator%(const A& a, const B& b) {
+requires zyl::detail::IntOperandPair<A, B> ZylIntExprArg operator%(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) {
     return ZylIntExprArg(moduloInt(toInt(a), toIntExpr(b)));

@@ -1,0 +1,646 @@
+// The protocol between the library and an engine.
+
+#include "vorlane/algorithm/algorithm.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "support/probe.h"
+#include "support/recording.h"
+#include "support/support.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+class ZylAlgorithms : public EnvTest {
+ protected:
+  ZylAlgorithms() : engine(new RecordingAlgorithm(impl)) {}
+  std::string id(const ZylExtractable& e) const { return std::to_string(e.getId()); }
+
+  RecordingAlgorithm* engine;
+  ZylAlgorithm handle{engine};
+  ZylNumVar x{env, 0, 10, "x"};
+  ZylNumVar y{env, 0, 10, "y"};
+  ZylModel model{env, "m"};
+};
+
+// --- counting
+// -------------------------------------------------------------------------------------
+
+TEST_F(ZylAlgorithms, SharedObjectsAreBuiltAndDroppedOnce) {
+  engine->extract(x.getImpl());
+  engine->extract(x.getImpl());
+  EXPECT_EQ(engine->log, Log{"extract ZylNumVarI"});
+  EXPECT_EQ(engine->getUsageCount(x.getImpl()), 2);
+  void* built = engine->getHandle(x.getImpl());
+  EXPECT_NE(built, nullptr);
+  engine->remove(x.getImpl());
+  EXPECT_EQ(engine->log.size(), 1U);
+  EXPECT_TRUE(engine->isInUse(x.getImpl()));
+  engine->remove(x.getImpl());
+  EXPECT_EQ(engine->log.back(), "remove ZylNumVarI");
+  EXPECT_EQ(engine->lastHandle, built);
+  EXPECT_FALSE(engine->isInUse(x.getImpl()));
+  EXPECT_EQ(engine->getHandle(x.getImpl()), nullptr);
+}
+
+TEST_F(ZylAlgorithms, RemovingWhatWasNeverThereDoesNothing) {
+  engine->remove(x.getImpl());
+  engine->decreaseUsage(x.getImpl());
+  engine->remove(y.getImpl());
+  EXPECT_TRUE(engine->log.empty());
+  EXPECT_EQ(engine->getHandle(y.getImpl()), nullptr);
+  while (impl->getIdManager()->getMaxId() < 3000) impl->getIdManager()->bookId();
+  Probe* far = probe(env);
+  ASSERT_GE(far->getId(), engine->getIdCapacity());
+  engine->remove(far);
+  EXPECT_FALSE(engine->isInUse(far));
+  EXPECT_EQ(engine->getHandle(far), nullptr);
+  EXPECT_EQ(engine->getUsageCount(far), 0);
+  engine->extract(ZylExtractableArray());
+  engine->remove(ZylExtractableArray());
+  EXPECT_FALSE(engine->usesAtLeastOne(ZylExtractableArray(env, 1, ZylExtractable(far))));
+}
+
+TEST_F(ZylAlgorithms, TablesDouble) {
+  engine->extract(x.getImpl());
+  engine->setMaxId(1023);
+  EXPECT_EQ(engine->getIdCapacity(), 1024);
+  engine->setMaxId(1024);
+  EXPECT_EQ(engine->getIdCapacity(), 2048);
+  engine->setMaxId(5000);
+  EXPECT_EQ(engine->getIdCapacity(), 8192);
+  EXPECT_TRUE(engine->isInUse(x.getImpl()));
+  while (impl->getIdManager()->getMaxId() < 8000) impl->getIdManager()->bookId();
+  for (int i = 0; i < 100; ++i) {
+    Probe* fresh = probe(env);
+    ASSERT_EQ(engine->getUsageCount(fresh), 0);
+    ASSERT_EQ(engine->getHandle(fresh), nullptr);
+  }
+  FailEachAllocation([&] { return engine; }, [](RecordingAlgorithm& a) { a.setMaxId(9000); },
+                     [&](RecordingAlgorithm& a) {
+                       EXPECT_EQ(a.getIdCapacity(), 8192);
+                       EXPECT_TRUE(a.isInUse(x.getImpl()));
+                     });
+  EXPECT_EQ(engine->getIdCapacity(), 16384);
+}
+
+class MapScope : public ZylExtractionScope {
+ public:
+  void* lookUp(long id) const override {
+    const auto place = handles.find(id);
+    return place != handles.end() ? place->second : nullptr;
+  }
+  void registerHandle(long id, void* built) override { handles[id] = built; }
+  std::map<long, void*> handles;
+};
+
+TEST_F(ZylAlgorithms, AScopeHoldsWhatDependsOnAnIndex) {
+  MapScope scope;
+  Probe* index = probe(env);
+  index->nonground = true;
+  Probe* ground = probe(env);
+  engine->setScope(&scope);
+  engine->extract(index);
+  engine->extract(index);
+  EXPECT_EQ(engine->getUsageCount(index), 0) << "the scope alone knows it";
+  EXPECT_TRUE(engine->isInUse(index));
+  EXPECT_EQ(engine->log.size(), 1U);
+  engine->extract(ground);
+  EXPECT_EQ(engine->getUsageCount(ground), 1);
+  EXPECT_EQ(scope.lookUp(ground->getId()), engine->getHandle(ground));
+
+  MapScope second;
+  engine->setScope(&second);
+  EXPECT_FALSE(engine->isInUse(ground));
+  engine->extract(ground);
+  engine->extract(index);
+  EXPECT_EQ(engine->log.size(), 3U) << "one more of the index, none of what is shared";
+  EXPECT_EQ(second.lookUp(ground->getId()), engine->getHandle(ground));
+  engine->refuse("Probe");
+  Probe* refused = probe(env);
+  EXPECT_THROW(engine->extract(refused), ZylAlgorithm::ExtractFailure);
+  EXPECT_EQ(engine->getUsageCount(refused), 0);
+  engine->acceptAll();
+  engine->extract(refused);
+  EXPECT_NE(second.lookUp(refused->getId()), nullptr) << "the scope was put back";
+  engine->setScope(nullptr);
+}
+
+TEST_F(ZylAlgorithms, AnyExceptionUndoesTheCount) {
+  struct Raising : RecordingAlgorithm {
+    using RecordingAlgorithm::RecordingAlgorithm;
+    bool doExtract(const ZylExtractableI* e, void** built) override {
+      if (raises && !e->isType(ZylModelI::GetTypeInfo())) throw ZylWrongUsage("own");
+      return RecordingAlgorithm::doExtract(e, built);
+    }
+    bool raises = true;
+  };
+  auto* raising = new Raising(impl);
+  model.add(x);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { raising->load(model.getImpl()); }, "own"));
+  EXPECT_EQ(raising->getUsageCount(x.getImpl()), 0);
+  EXPECT_EQ(raising->getUsageCount(model.getImpl()), 0);
+  raising->raises = false;
+  raising->load(model.getImpl());
+  EXPECT_EQ(raising->getUsageCount(x.getImpl()), 1);
+}
+
+// --- loading
+// --------------------------------------------------------------------------------------
+
+TEST_F(ZylAlgorithms, LoadingClearsFirst) {
+  model.add(x);
+  handle.extract(model);
+  EXPECT_EQ(handle.getModel().getImpl(), model.getImpl());
+  EXPECT_TRUE(handle.isExtracted(x));
+  ZylModel second(env);
+  second.add(y);
+  engine->loadWithoutClear(second.getImpl());
+  EXPECT_TRUE(handle.isExtracted(x) && handle.isExtracted(y));
+  handle.extract(second);
+  EXPECT_FALSE(handle.isExtracted(x));
+  EXPECT_TRUE(handle.isExtracted(y));
+  engine->load(nullptr);
+  EXPECT_FALSE(handle.isExtracted(y));
+  EXPECT_EQ(engine->getModelI(), nullptr);
+}
+
+TEST_F(ZylAlgorithms, ARefusedLoadNamesTheObjectsAndLeavesItEmpty) {
+  ZylRange range(env, 0, x, 1);
+  model.add(x);
+  model.add(range);
+  engine->refuse("ZylRangeI");
+  try {
+    handle.extract(model);
+    ADD_FAILURE() << "nothing was raised";
+  } catch (ZylAlgorithm::CannotExtractException& exception) {
+    // A refusal inside makes the model itself fail too, unless the engine bears it.
+    EXPECT_EQ(exception.getExtractables()[0].getImpl(), range.getImpl());
+    EXPECT_EQ(exception.getAlgorithmI(), engine);
+    EXPECT_STREQ(exception.getMessage(), "ZylAlgorithm cannot extract extractable");
+    EXPECT_EQ(printed(exception).rfind("ZylAlgorithm cannot extract extractable", 0), 0U);
+    exception.end();
+    EXPECT_EQ(exception.getExtractables().getImpl(), nullptr);
+  }
+  EXPECT_EQ(engine->getModelI(), nullptr);
+  EXPECT_FALSE(handle.isExtracted(x));
+  EXPECT_EQ(engine->getFailedExtractions().getSize(), 0);
+  engine->acceptAll();
+  handle.extract(model);
+  EXPECT_TRUE(handle.isExtracted(range));
+}
+
+TEST_F(ZylAlgorithms, AnEngineMayGatherRefusals) {
+  struct Bearing : RecordingAlgorithm {
+    using RecordingAlgorithm::RecordingAlgorithm;
+    bool doExtract(const ZylExtractableI* e, void**) override {
+      const auto* m = zyl::as<ZylModelI>(e);
+      if (m == nullptr) return e->isType(ZylNumVarI::GetTypeInfo());
+      bool all = true;
+      for (ZylModelI::Iterator it(m->getElements()); it.ok(); ++it) {
+        try {
+          extract(*it);
+        } catch (const ZylAlgorithm::ExtractFailure&) {
+          all = false;
+        }
+      }
+      if (!all) throw ZylAlgorithm::ExtractFailure();
+      return true;
+    }
+  };
+  auto* bearing = new Bearing(impl);
+  ZylExtractable a(probe(env));
+  ZylExtractable b(probe(env));
+  ZylExtractable c(probe(env));
+  for (const ZylExtractable& e : {a, ZylExtractable(x), b, c}) model.add(e);
+  EXPECT_TRUE(RaisesWith<ZylAlgorithm::CannotExtractException>(
+      [&] { bearing->load(model.getImpl()); },
+      "ZylAlgorithm cannot extract extractables " + id(a) + ", " + id(b) + " and " + id(c)));
+}
+
+TEST_F(ZylAlgorithms, FailedAllocationsWhileLoading) {
+  ZylExpr sum(env);
+  for (int i = 0; i < 5; ++i) sum += i * ZylNumVar(env);
+  model.add(ZylRange(env, 0, sum, 5));
+  model.add(x);
+  impl->getIdManager()->bookId();
+  while (impl->getIdManager()->getMaxId() < 1500) impl->getIdManager()->bookId();
+  RecordingAlgorithm* fresh = nullptr;
+  FailEachAllocation(
+      [&] {
+        delete fresh;
+        fresh = new RecordingAlgorithm(impl);
+        fresh->log.reserve(100);
+        return fresh;
+      },
+      [&](RecordingAlgorithm& a) { a.load(model.getImpl()); },
+      [&](RecordingAlgorithm& a) {
+        EXPECT_EQ(a.getUsageCount(x.getImpl()), 0);
+        a.load(model.getImpl());
+        EXPECT_EQ(a.getUsageCount(x.getImpl()), 1);
+      });
+  FailEachAllocation(
+      [&] {
+        useUpPools(impl);
+        return &env;
+      },
+      [](ZylEnv& e) { delete new RecordingAlgorithm(e.getImpl()); },
+      [&](ZylEnv&) { EXPECT_EQ(impl->getAlgorithms(), fresh); });
+}
+
+// --- changes
+// --------------------------------------------------------------------------------------
+
+TEST_F(ZylAlgorithms, AHandleMayBeRewrittenByAChange) {
+  struct Rewriting : RecordingAlgorithm {
+    using RecordingAlgorithm::RecordingAlgorithm;
+    bool doApply(const ZylChange*, void** built, const ZylExtractableI*) override {
+      *built = &handles[accepts ? 5 : 6];
+      return accepts;
+    }
+    bool accepts = true;
+  };
+  auto* rewriting = new Rewriting(impl);
+  rewriting->extract(x.getImpl());
+  x.setLB(1);
+  EXPECT_EQ(rewriting->getHandle(x.getImpl()), &rewriting->handles[5]);
+  rewriting->accepts = false;
+  EXPECT_THROW(x.setLB(2), ZylAlgorithm::CannotChangeException);
+  EXPECT_EQ(rewriting->getHandle(x.getImpl()), &rewriting->handles[5]) << "a refusal keeps it";
+  EXPECT_TRUE(rewriting->isInUse(x.getImpl()));
+}
+
+TEST_F(ZylAlgorithms, AFailureInAChangeDestroysTheExtraction) {
+  model.add(x);
+  handle.extract(model);
+  engine->onApply = [](const ZylChange&) { throw ZylAlgorithm::ExtractFailure("ZylX"); };
+  EXPECT_TRUE(RaisesWith<ZylAlgorithm::CannotExtractException>([&] { x.setLB(1); },
+                                                               "ZylAlgorithm cannot extract"));
+  EXPECT_FALSE(handle.isExtracted(x));
+  engine->onApply = nullptr;
+  handle.extract(model);
+  engine->onApply = [](const ZylChange&) { throw ZylAlgorithm::RemoveFailure(); };
+  std::ostringstream expected;
+  expected << "ZylAlgorithm " << static_cast<const void*>(engine) << " cannot remove";
+  EXPECT_TRUE(
+      RaisesWith<ZylAlgorithm::CannotRemoveException>([&] { model.remove(x); }, expected.str()));
+  EXPECT_EQ(engine->getModelI(), nullptr);
+  engine->onApply = nullptr;
+}
+
+TEST_F(ZylAlgorithms, ARefusedRemovalIsListed) {
+  engine->extract(x.getImpl());
+  engine->refusesRemoval = true;
+  EXPECT_THROW(engine->remove(x.getImpl()), ZylAlgorithm::RemoveFailure);
+  EXPECT_EQ(engine->getFailedRemovals().getSize(), 1);
+  engine->clear();
+  EXPECT_EQ(engine->getFailedRemovals().getSize(), 0);
+}
+
+TEST_F(ZylAlgorithms, ASearchRefusesChangesOfWhatIsInUse) {
+  const char* text = "This change is not allowed during a search.";
+  Probe* unused = probe(env);
+  engine->extract(x.getImpl());
+  engine->log.clear();
+  engine->setSearchActive(true);
+  y.setLB(1);
+  EXPECT_TRUE(RaisesWith<ZylNoChangeDuringSearchException>([&] { x.setLB(1); }, text));
+  unused->end();
+  const long id = x.getId();
+  EXPECT_TRUE(RaisesWith<ZylNoChangeDuringSearchException>([&] { x.end(); }, text));
+  EXPECT_EQ(impl->getIdManager()->getLive(id), x.getImpl()) << "it lives on";
+  EXPECT_EQ(impl->getRecycleBin(), nullptr);
+  EXPECT_TRUE(RaisesWith<ZylNoChangeDuringSearchException>(
+      [&] { impl->change(ZylSetNumVarBounds(y.getImpl(), 0, 1)); }, text));
+  EXPECT_TRUE(engine->log.empty()) << "the engine heard nothing";
+  engine->setSearchActive(false);
+  x.setLB(2);
+  EXPECT_EQ(engine->log.size(), 1U);
+}
+
+TEST_F(ZylAlgorithms, RemovalsOfWhatIsNotInUseAreSkipped) {
+  engine->extract(x.getImpl());
+  engine->log.clear();
+  probe(env)->end();
+  EXPECT_EQ(engine->log, Log{"apply ZylDestroyExtractableArray"})
+      << "only the removal tells that it applies to an array";
+  engine->log.clear();
+  x.end();
+  EXPECT_EQ(engine->log, (Log{"apply ZylRemoveFromAllChange", "apply ZylDestroyExtractableArray"}));
+}
+
+TEST_F(ZylAlgorithms, ChangesWithoutATargetMayBeRefused) {
+  engine->refuse("ZylSetNumVarBounds");
+  try {
+    impl->change(ZylSetNumVarBounds(x.getImpl(), 0, 1));
+    ADD_FAILURE();
+  } catch (ZylAlgorithm::CannotChangeException& exception) {
+    EXPECT_EQ(exception.getExtractables().getSize(), 0);
+    exception.end();
+  }
+}
+
+// --- texts
+// ----------------------------------------------------------------------------------------
+
+TEST_F(ZylAlgorithms, RefusalsListTheirIds) {
+  std::ostringstream address;
+  address << static_cast<const void*>(engine);
+  ZylExtractable e[4];
+  for (ZylExtractable& each : e) each = ZylExtractable(probe(env));
+  std::string ids[4];
+  for (int i = 0; i < 4; ++i) ids[i] = id(e[i]);
+  const std::string lists[] = {
+      "", " extractable " + ids[0], " extractables " + ids[0] + " and " + ids[1],
+      " extractables " + ids[0] + ", " + ids[1] + " and " + ids[2],
+      " extractables " + ids[0] + ", " + ids[1] + ", " + ids[2] + " and " + ids[3]};
+  for (int n = 0; n <= 4; ++n) {
+    ZylAlgorithm::CannotExtractException extraction(engine);
+    ZylAlgorithm::CannotChangeException change(engine);
+    ZylAlgorithm::CannotRemoveException removal(engine);
+    for (int i = 0; i < n; ++i) {
+      extraction.getExtractables().add(e[i]);
+      change.getExtractables().add(e[i]);
+      removal.getExtractables().add(e[i]);
+    }
+    EXPECT_EQ(printed(extraction), "ZylAlgorithm cannot extract" + lists[n]);
+    EXPECT_EQ(printed(change), "ZylAlgorithm " + address.str() + " cannot change" + lists[n]);
+    std::string removed = "ZylAlgorithm " + address.str() + " cannot remove";
+    if (n < 2) removed += lists[n];
+    if (n >= 2) {
+      removed += " extractables ";
+      for (int i = 0; i + 1 < n; ++i) removed += ids[i] + ", ";
+      removed += ids[n - 2] + " and ";
+    }
+    EXPECT_EQ(printed(removal).rfind(removed, 0), 0U) << printed(removal);
+    EXPECT_STREQ(change.getMessage(), "ZylAlgorithm cannot change extractable");
+    EXPECT_STREQ(removal.getMessage(), "ZylAlgorithm cannot remove extractable");
+    extraction.end();
+    change.end();
+    removal.end();
+    change.end();
+  }
+  ZylAlgorithm::CannotExtractException first(engine, e[2].getImpl());
+  EXPECT_EQ(printed(first), "ZylAlgorithm cannot extract extractable " + ids[2]);
+  first.end();
+}
+
+TEST_F(ZylAlgorithms, OtherExceptions) {
+  std::ostringstream address;
+  address << static_cast<const void*>(engine);
+  const ZylAlgorithm::NotExtractedException notExtracted(engine, x.getImpl());
+  EXPECT_EQ(printed(notExtracted), "ZylExtractable " + id(x) +
+                                       " ZylNumVarI has not been extracted by ZylAlgorithm " +
+                                       address.str());
+  EXPECT_STREQ(notExtracted.getMessage(),
+               "The referenced ZylExtractable has not been extracted by the ZylAlgorithm");
+  const ZylAlgorithm::NoObjectiveException noObjective(engine);
+  EXPECT_EQ(printed(noObjective),
+            " No Objective has been extracted by ZylAlgorithm " + address.str());
+  EXPECT_STREQ(ZylAlgorithm::ExtractFailure("ZylX").getMessage(), "ZylX");
+  EXPECT_STREQ(ZylAlgorithm::RemoveFailure().getMessage(), "");
+  EXPECT_TRUE(
+      RaisesWith<ZylAlgorithm::Exception>([&] { engine->makeOpenIterator(nullptr, nullptr); },
+                                          "Cannot evaluate forall on dynamic sets."));
+  EXPECT_TRUE(RaisesWith<ZylNotImplemented>(
+      [&] { engine->getValue(static_cast<const ZylConstraintI*>(nullptr)); },
+      "ZylAlgorithm::getValue(ZylConstraint) is not implemented"));
+  engine->refuse("ZylNumVarI");
+  EXPECT_TRUE(RaisesWith<ZylAlgorithm::ExtractFailure>([&] { engine->extract(x.getImpl()); },
+                                                       "ZylNumVarI"));
+}
+
+TEST(ZylAlgorithmStatus, PrintsItsName) {
+  const char* const names[] = {"Unknown",    "Feasible",  "Optimal",
+                               "Infeasible", "Unbounded", "Infeasible or Unbounded",
+                               "Error",      "Error"};
+  for (int i = 0; i < 8; ++i) {
+    std::ostringstream stream;
+    stream << static_cast<ZylAlgorithm::Status>(i);
+    EXPECT_EQ(stream.str(), names[i]);
+  }
+  std::ostringstream stream;
+  stream << static_cast<ZylAlgorithm::Status>(-1);
+  EXPECT_EQ(stream.str(), "Error");
+}
+
+// --- answers
+// --------------------------------------------------------------------------------------
+
+TEST_F(ZylAlgorithms, IntegerValuesAreRoundedAndBounded) {
+  struct Row {
+    double value;
+    long expected;
+  };
+  ZylIntVar i(env, 0, 10);
+  for (const Row& row : {Row{2.5, 3}, Row{-2.5, -3}, Row{0.4, 0},
+                         Row{9007199254740991.0, ZylIntMax}, Row{-9007199254740991.0, ZylIntMin}}) {
+    engine->value = row.value;
+    EXPECT_EQ(handle.getIntValue(i), row.expected);
+  }
+  for (const double value :
+       {9007199254740992.0, -9007199254740992.0, ZylInfinity, -ZylInfinity, std::nan("")}) {
+    engine->value = value;
+    EXPECT_TRUE(
+        RaisesWith<ZylWrongUsage>([&] { handle.getIntValue(i); },
+                                  "overflow occurred during the computation of the variable value"))
+        << value;
+  }
+}
+
+TEST_F(ZylAlgorithms, ArraysOfValuesReplaceTheContents) {
+  engine->value = 2.0;
+  ZylNumArray values(env, 5);
+  handle.getValues(ZylNumVarArray(env, 2, x, y), values);
+  ASSERT_EQ(values.getSize(), 2);
+  EXPECT_EQ(values[1], 2.0);
+  ZylIntArray ints(env, 3);
+  handle.getIntValues(ZylIntVarArray(env, 1, ZylIntVar(env)), ints);
+  EXPECT_EQ(ints.getSize(), 1);
+  handle.getValues(ZylIntVarArray(env, 1, ZylIntVar(env)), values);
+  EXPECT_EQ(values.getSize(), 1);
+  EXPECT_EQ(handle.getValue(x + 3 * y + 1.0), 9.0);
+}
+
+TEST_F(ZylAlgorithms, BaseAnswersAndTime) {
+  struct Base : RecordingAlgorithm {
+    using RecordingAlgorithm::RecordingAlgorithm;
+    bool solve() override { return ZylAlgorithmI::solve(); }
+    void initTime() override {
+      ++timeInits;
+      ZylAlgorithmI::initTime();
+    }
+    void setOutCallback() override { ++outCallbacks; }
+    long timeInits = 0;
+    long outCallbacks = 0;
+  };
+  auto* base = new Base(impl);
+  ZylAlgorithm a(base);
+  EXPECT_FALSE(a.solve());
+  EXPECT_EQ(a.getStatus(), ZylAlgorithm::Error);
+  EXPECT_EQ(base->timeInits, 1) << "the question restarts the clock";
+  std::ostringstream out;
+  a.setOut(out);
+  EXPECT_EQ(base->outCallbacks, 1);
+  a.setWarning(out);
+  a.setError(out);
+  EXPECT_EQ(base->outCallbacks, 1);
+  a.printTime();
+  EXPECT_EQ(out.str().rfind("Elapsed time since last reset : ", 0), 0U);
+  a.resetTime();
+  EXPECT_EQ(a.getTime(), 0.0) << "reset does not start it";
+}
+
+TEST_F(ZylAlgorithms, TheEvaluatorBelongsToIt) {
+  ZylModelEvaluatorI* evaluator = engine->getModelEvaluator();
+  EXPECT_EQ(engine->getModelEvaluator(), evaluator);
+  EXPECT_EQ(evaluator->getAlgorithm(), engine);
+  model.add(x);
+  evaluator->load(model.getImpl());
+  engine->clear();
+  EXPECT_FALSE(evaluator->isInUse(x.getImpl()));
+  engine->unlinkEvaluator();
+  EXPECT_NE(engine->getModelEvaluator(), evaluator);
+}
+
+TEST_F(ZylAlgorithms, NamesAndProperties) {
+  EXPECT_EQ(handle.getName(), nullptr);
+  EXPECT_FALSE(handle.hasProperty("p"));
+  handle.setName("engine");
+  handle.setIntProperty("p", 4);
+  handle.setStringProperty("s", "text");
+  EXPECT_EQ(handle.getIntProperty("p"), 4);
+  EXPECT_THROW(handle.getNumProperty("p"), ZylNamedPropertySet::BadType);
+  EXPECT_THROW(handle.removeProperty("q"), ZylNamedPropertySet::NotPresent);
+  handle.removeAllProperties();
+  EXPECT_FALSE(handle.hasProperty("p"));
+}
+
+TEST_F(ZylAlgorithms, LifeOnTheStackAndEarlyEnd) {
+  {
+    RecordingAlgorithm local(impl);
+    EXPECT_EQ(impl->getAlgorithms(), &local);
+  }
+  EXPECT_EQ(impl->getAlgorithms(), engine);
+  handle.end();
+  EXPECT_EQ(handle.getImpl(), nullptr);
+  handle.end();
+  EXPECT_EQ(impl->getAlgorithms(), nullptr);
+}
+
+// --- empty handles
+// --------------------------------------------------------------------------------
+
+struct EmptyCase {
+  const char* name;
+  void (*call)(ZylAlgorithm none, ZylAlgorithm some, ZylEnv env);
+  const char* text;
+  bool wrongUsage = false;
+};
+void PrintTo(const EmptyCase& row, std::ostream* stream) { *stream << row.name; }
+class ZylAlgorithmEmptyHandle : public testing::TestWithParam<EmptyCase> {};
+
+TEST_P(ZylAlgorithmEmptyHandle, Raises) {
+  EnvFixture env;
+  RecordingAlgorithm engine(env.impl);
+  const auto call = [&] { GetParam().call(ZylAlgorithm(), ZylAlgorithm(&engine), env.env); };
+  if (GetParam().wrongUsage) {
+    EXPECT_TRUE(RaisesWith<ZylWrongUsage>(call, GetParam().text));
+  } else {
+    EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>(call, GetParam().text));
+  }
+}
+
+using A = ZylAlgorithm;
+using E = ZylEnv;
+const char* const Access = "accessing ZylAlgorithm through 0 handle";
+const char* const Using = "ZylAlgorithm: Using empty handle";
+const char* const EmptyEnv = "Using empty ZylEnv handle.";
+const char* const EmptyVar = "Using empty ZylNumVar handle.";
+const char* const EmptyObject = "Using empty ZylExtractable handle.";
+const char* const EmptyString = "ZylAlgorithm: Using empty string";
+INSTANTIATE_TEST_SUITE_P(
+    Operations, ZylAlgorithmEmptyHandle,
+    testing::Values(
+        EmptyCase{"getEnv", [](A n, A, E) { n.getEnv(); }, Access, true},
+        EmptyCase{"getModel", [](A n, A, E) { n.getModel(); }, Access, true},
+        EmptyCase{"getObjValue", [](A n, A, E) { n.getObjValue(); }, Access, true},
+        EmptyCase{"getStatus", [](A n, A, E) { n.getStatus(); }, Access, true},
+        EmptyCase{"getValueVar", [](A n, A, E) { n.getValue(ZylNumVar()); }, Access, true},
+        EmptyCase{"getValueInt", [](A n, A, E) { n.getValue(ZylIntVar()); }, Access, true},
+        EmptyCase{"getValueObj", [](A n, A, E) { n.getValue(ZylObjective()); }, Access, true},
+        EmptyCase{"getIntValue", [](A n, A, E) { n.getIntValue(ZylIntVar()); }, Access, true},
+        EmptyCase{"getValues", [](A n, A, E) { n.getValues(ZylNumVarArray(), ZylNumArray()); },
+                  Access, true},
+        EmptyCase{"getIntValues",
+                  [](A n, A, E) { n.getIntValues(ZylIntVarArray(), ZylIntArray()); }, Access, true},
+        EmptyCase{"isExtracted", [](A n, A, E) { n.isExtracted(ZylExtractable()); }, Access, true},
+        EmptyCase{"solve", [](A n, A, E) { n.solve(); }, Access},
+        EmptyCase{"extract", [](A n, A, E e) { n.extract(ZylModel(e)); }, Access},
+        EmptyCase{"getValueExpr", [](A n, A, E) { n.getValue(ZylNumExprArg()); },
+                  "Using empty ZylAlgorithm.", true},
+        EmptyCase{"getTime", [](A n, A, E) { n.getTime(); }, Using},
+        EmptyCase{"printTime", [](A n, A, E) { n.printTime(); }, Using},
+        EmptyCase{"resetTime", [](A n, A, E) { n.resetTime(); }, Using},
+        EmptyCase{"out", [](A n, A, E) { n.out(); }, Using},
+        EmptyCase{"warning", [](A n, A, E) { n.warning(); }, Using},
+        EmptyCase{"error", [](A n, A, E) { n.error(); }, Using},
+        EmptyCase{"getName", [](A n, A, E) { n.getName(); }, Using},
+        EmptyCase{"setName", [](A n, A, E) { n.setName("x"); }, Using},
+        EmptyCase{"setObject", [](A n, A, E) { n.setObject(nullptr); }, Using},
+        EmptyCase{"getProperties", [](A n, A, E) { n.getProperties(); }, Using},
+        EmptyCase{"hasProperty", [](A n, A, E) { n.hasProperty("x"); }, Using},
+        EmptyCase{"getIntProperty", [](A n, A, E) { n.getIntProperty("x"); }, Using},
+        EmptyCase{"setNumProperty", [](A n, A, E) { n.setNumProperty("x", 1); }, Using},
+        EmptyCase{"setOut", [](A n, A, E) { n.setOut(std::cout); }, EmptyEnv, true},
+        EmptyCase{"setWarning", [](A n, A, E) { n.setWarning(std::cout); }, EmptyEnv, true},
+        EmptyCase{"setError", [](A n, A, E) { n.setError(std::cout); }, EmptyEnv, true},
+        EmptyCase{"extractNoModel", [](A, A s, E) { s.extract(ZylModel()); },
+                  "cannot extract empty model"},
+        EmptyCase{"valueOfNoVar", [](A, A s, E) { s.getValue(ZylNumVar()); }, EmptyVar, true},
+        EmptyCase{"valueOfNoInt", [](A, A s, E) { s.getValue(ZylIntVar()); }, EmptyVar, true},
+        EmptyCase{"intValueOfNoInt", [](A, A s, E) { s.getIntValue(ZylIntVar()); }, EmptyVar, true},
+        EmptyCase{"valueOfNoObj", [](A, A s, E) { s.getValue(ZylObjective()); }, EmptyObject, true},
+        EmptyCase{"isNothingExtracted", [](A, A s, E) { s.isExtracted(ZylExtractable()); },
+                  EmptyObject, true},
+        EmptyCase{"valueOfNoExpr", [](A, A s, E) { s.getValue(ZylNumExprArg()); },
+                  "Using empty ZylExprArg.", true},
+        EmptyCase{"valuesOfNoVars",
+                  [](A, A s, E e) { s.getValues(ZylNumVarArray(), ZylNumArray(e)); },
+                  "Using empty ZylNumVarArray.", true},
+        EmptyCase{"valuesIntoNothing",
+                  [](A, A s, E e) { s.getValues(ZylNumVarArray(e), ZylNumArray()); },
+                  "Using empty ZylNumArray.", true},
+        EmptyCase{"intValuesOfNoVars",
+                  [](A, A s, E e) { s.getIntValues(ZylIntVarArray(), ZylIntArray(e)); },
+                  "Using empty ZylNumVarArray.", true},
+        EmptyCase{"intValuesIntoNothing",
+                  [](A, A s, E e) { s.getIntValues(ZylIntVarArray(e), ZylIntArray()); },
+                  "Using empty ZylNumArray.", true},
+        EmptyCase{"hasNoName", [](A, A s, E) { s.hasProperty(nullptr); }, EmptyString},
+        EmptyCase{"setNoName", [](A, A s, E) { s.setIntProperty(nullptr, 1); }, EmptyString},
+        EmptyCase{"addNoProperty", [](A, A s, E) { s.addProperty(ZylNamedProperty()); },
+                  "ZylNamedProperty: Using empty handle"},
+        EmptyCase{"cloneNoProperty", [](A, A s, E) { s.addClonedProperty(ZylNamedProperty()); },
+                  "ZylNamedProperty: Using empty handle"},
+        EmptyCase{"addNoSet", [](A, A s, E) { s.addProperties(ZylNamedPropertySet()); },
+                  "ZylNamedPropertySet: Using empty handle"},
+        EmptyCase{"setNoSet", [](A, A s, E) { s.setProperties(ZylNamedPropertySet()); },
+                  "ZylNamedPropertySet: Using empty handle"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(ZylAlgorithm, ClearAndEndOfNothing) {
+  ZylAlgorithm none;
+  none.clear();
+  none.end();
+}
+
+}  // namespace
+}  // namespace zyl::test

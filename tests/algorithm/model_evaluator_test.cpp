@@ -1,0 +1,135 @@
+// The library's own evaluator and expander.
+
+#include "vorlane/algorithm/model_evaluator.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/probe.h"
+#include "support/support.h"
+#include "vorlane/algorithm/expander.h"
+#include "vorlane/vorlane.h"
+
+namespace zyl::test {
+namespace {
+
+class ZylEvaluator : public EnvTest {
+ protected:
+  ZylModelEvaluator evaluator{env};
+  ZylNumVar fixed{env, 4, 4};
+  ZylNumVar open{env, 0, 9};
+  ZylIntVar fixedInt{env, 3, 3};
+  ZylIntVar openInt{env, 0, 9};
+};
+
+TEST_F(ZylEvaluator, SumsOverFixedVariables) {
+  EXPECT_EQ(evaluator.evaluate(fixed), 4.0);
+  EXPECT_EQ(evaluator.evaluate(2 * fixed + 3), 11.0);
+  EXPECT_EQ(evaluator.evaluate(2 * fixedInt + 3), 9);
+  EXPECT_EQ(evaluator.evaluate(0.5 * fixed + 2 * fixedInt), 8.0);
+  ZylExpr zero(env);
+  zero += 0.0 * open;
+  zero += 3.0;
+  EXPECT_EQ(evaluator.evaluate(zero), 3.0) << "what counts nothing need not be fixed";
+  const char* text = "can not call evaluator";
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { evaluator.evaluate(open); }, text));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { evaluator.evaluate(fixed + open); }, text));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { evaluator.evaluate(fixedInt + openInt); }, text));
+}
+
+TEST_F(ZylEvaluator, ExtremesOfTwo) {
+  EXPECT_EQ(evaluator.evaluate(ZylMax(fixed, 2 * fixed)), 8.0);
+  EXPECT_EQ(evaluator.evaluate(ZylMin(fixed, 2 * fixed - 5)), 3.0);
+  EXPECT_EQ(evaluator.evaluate(ZylMax(fixedInt, 2 * fixedInt)), 6);
+  EXPECT_EQ(evaluator.evaluate(ZylMin(fixedInt, ZylMax(fixedInt, 2 * fixedInt))), 3);
+}
+
+TEST_F(ZylEvaluator, RefusesTheRest) {
+  const char* text = "can not call ZylModelEvaluatorI::evaluate";
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { evaluator.evaluate(ZylSin(fixed)); }, text));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { evaluator.evaluate(fixed + ZylSin(fixed)); }, text));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { evaluator.evaluate(ZylAbs(fixedInt)); }, text));
+  ZylModelEvaluatorI* base = evaluator.getImpl();
+  ZylNumExprI* expr = fixed.getImpl();
+  const std::pair<const char*, std::function<void()>> rows[] = {
+      {"can not call isBound", [&] { base->isBound(expr); }},
+      {"can not call evaluator", [&] { base->getValue(fixed.getImpl()); }},
+      {"can not call evaluator", [&] { base->getObjValue(); }},
+      {"can not call evaluator", [&] { base->evaluateToNumExpr(fixed); }},
+      {"can not call hasSubstitutionExpr", [&] { base->hasSubstitutionExpr(expr); }},
+      {"can not call getSubstitutionAsNumExpr", [&] { base->getSubstitutionAsNumExpr(expr); }}};
+  for (const auto& [message, call] : rows) EXPECT_TRUE(RaisesWith<ZylWrongUsage>(call, message));
+  EXPECT_FALSE(base->isGround(expr));
+  EXPECT_TRUE(base->isDecisionExpr(expr));
+}
+
+TEST_F(ZylEvaluator, TakesAnyModel) {
+  ZylModel model(env);
+  model.add(ZylExtractable(probe(env)));
+  model.add(ZylRange(env, 0, ZylSin(open), 1));
+  evaluator.getImpl()->load(model.getImpl());
+  EXPECT_TRUE(evaluator.getImpl()->isInUse(model.getImpl()));
+  open.setLB(1);
+  model.end();
+}
+
+TEST_F(ZylEvaluator, OneGetterAtATime) {
+  auto* first = new (impl) ZylModelEvaluatorSolutionGetterBaseI(impl);
+  auto* second = new (impl) ZylModelEvaluatorSolutionGetterBaseI(impl);
+  ZylModelEvaluatorI* e = evaluator.getImpl();
+  const char* mismatch = "ZylModelEvaluatorI::removeSolutionGetter() getter mismatch";
+  e->setSolutionGetter(first);
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { e->setSolutionGetter(second); },
+                                "ZylModelEvaluatorI::setSolutionGetter() getter already set"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { e->removeSolutionGetter(second); }, mismatch));
+  EXPECT_EQ(e->getSolutionGetter(), first);
+  e->removeSolutionGetter(first);
+  EXPECT_EQ(e->getSolutionGetter(), nullptr);
+  e->setSolutionGetter(second);
+  e->removeSolutionGetter(second);
+  delete first;
+  delete second;
+}
+
+TEST_F(ZylEvaluator, ComesFromTheFactoriesOfTheEnvironment) {
+  EXPECT_EQ(impl->getModelEvaluator(), evaluator.getImpl());
+  EXPECT_EQ(impl->getExpander(), impl->getExpander());
+  ZylEnv other;
+  static long made;
+  made = 0;
+  other.getImpl()->setModelEvaluatorPop([](ZylEnvI* e) -> ZylModelEvaluatorI* {
+    ++made;
+    return defaultModelEvaluator(e);
+  });
+  other.getImpl()->getModelEvaluator();
+  other.getImpl()->getModelEvaluator();
+  EXPECT_EQ(made, 1);
+  other.end();
+}
+
+TEST_F(ZylEvaluator, TheExpanderExpandsNothing) {
+  ZylExpanderI* expander = impl->getExpander();
+  ZylModel model(env);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
+      [&] { fixed.getImpl()->expandTo(model.getImpl(), nullptr, nullptr); },
+      "can not call expand"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { expander->substitute(fixed.getImpl()); },
+                                        "can not call substitute"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { expander->getObjValue(); }, "can not call expander"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { expander->getValue(fixed.getImpl()); },
+                                        "can not call expander"));
+  expander->load(model.getImpl());
+  EXPECT_TRUE(expander->isInUse(model.getImpl()));
+}
+
+TEST_F(ZylEvaluator, UnboundShowsTheExpression) {
+  ZylNumExprArg node = ZylMax(fixed, open);
+  EXPECT_EQ(printed(ZylModelEvaluator::Unbound(node.getImpl())),
+            "Access unbound expression: " + displayed(node));
+  EXPECT_EQ(ZylModelEvaluator::Unbound(node.getImpl()).getExpr(), node.getImpl());
+}
+
+}  // namespace
+}  // namespace zyl::test
