@@ -27,6 +27,8 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/vorlaneConfigVersion.cma
 install(FILES "${PROJECT_BINARY_DIR}/vorlaneConfig.cmake"
               "${PROJECT_BINARY_DIR}/vorlaneConfigVersion.cmake" DESTINATION "${package_dir}")
 
+# The .pc files find their prefix by where they stand, so an installed tree can be moved.
+file(RELATIVE_PATH VORLANE_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 foreach(package vorlane vorlane-model)
   configure_file("${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc"
                  @ONLY)

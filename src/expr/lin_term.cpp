@@ -374,7 +374,6 @@ void checkVariable(const ZylEnvI* env, const ZylExtractableI* variable) {
 
 double ZylNumLinTermI::setCoef(const ZylNumVar& variable, double coefficient) {
   ZylNumVarI* const var = variable.getImpl();
-  checkVariable(_env, var);
   normalize();
   if (hasNonLinearPart()) {
     ZylRaiseWrongUsage("You can not change the coefficient of a nonlinear expression");
@@ -386,6 +385,8 @@ double ZylNumLinTermI::setCoef(const ZylNumVar& variable, double coefficient) {
     term = term->_next;
   }
   if (term == nullptr) {
+    // A variable that the sum knows needs no test, which would cost a look at scattered memory.
+    checkVariable(_env, var);
     if (coefficient != 0.0) _terms.append(_env->newTerm(var, coefficient));
     _normalized = 1;
     if (coefficient != 0.0) notify(ZylNumLinTermAddVar(this, var));

@@ -20,6 +20,9 @@ cmake -S "$client" -B "$work/client" -DCMAKE_PREFIX_PATH="$work/prefix" \
 cmake --build "$work/client" >/dev/null
 check "$work/client/client_model"
 check "$work/client/client_vorlane"
+if [ -x "$work/client/client_cbc" ]; then
+  [ "$("$work/client/client_cbc")" = 'Optimal 21' ] || { echo 'the installed engine fails'; exit 1; }
+fi
 
 libdir=$(dirname "$(find "$work/prefix" -name vorlane.pc)")
 export PKG_CONFIG_PATH=$libdir
