@@ -19,7 +19,7 @@ ZylArrayI::ZylArrayI(ZylEnvI* env, long size, long elementSize)
     : ZylArrayI(static_cast<ZylGenAlloc*>(env->getGenAlloc()), size, elementSize) {}
 
 ZylArrayI::ZylArrayI(ZylGenAlloc* manager, long size, long elementSize)
-    : ZylMemoryManagerObjectI(manager), _maxSize(std::max(size, 1L)), _elementSize(elementSize),
+    : ZylMemoryManagerObjectI(manager), _maxSize(checkedSize(size)), _elementSize(elementSize),
       _size(std::max(size, 0L)), _mask(0), _shift(0), _pages(nullptr) {
   setShiftMod();
   allocData(_size);
@@ -43,6 +43,11 @@ ZylArrayI::ZylArrayI(ZylGenAlloc* manager, long maxSize, long elementSize, long 
       _mask(mask), _shift(static_cast<unsigned>(shift)), _pages(pages) {}
 
 ZylArrayI::~ZylArrayI() { clear(); }
+
+long ZylArrayI::checkedSize(long size) {
+  if (size > MaxSize) ZylRaiseMemory();
+  return std::max(size, 1L);
+}
 
 // The smallest power of four that holds the wanted capacity: as many pages as a page has elements.
 void ZylArrayI::setShiftMod() noexcept {
@@ -96,7 +101,7 @@ void ZylArrayI::copyPages(const ZylArrayI* other) {
 }
 
 void ZylArrayI::grow(long n) {
-  n = std::max(n, 1L);
+  n = checkedSize(n);
   if (n <= _maxSize) {
     // Missing pages, from that of the last element wanted downward. What an allocation leaves behind
     // when it fails has no gap: the prefix is filled first.
@@ -362,5 +367,5 @@ bool ZylNumArray2::contains(const ZylNumArray& array) const { return anyEqual(*t
 
 ZylAnyArray2::ZylAnyArray2(const ZylEnv& env, long n, ZylAnyArray first) : Base(env, n) {
   checkCount(this, first.getImpl() != nullptr, "ZylAnyArray2::ZylAnyArray2: n != 1");
-  add(first);
+  fill(1, first);
 }

@@ -1,11 +1,14 @@
 #include "vorlane/env/clone_manager.h"
 
+#include <algorithm>
+
 #include "vorlane/algorithm/expander.h"
 #include "vorlane/model/extractable.h"
 
 ZylCloneManager::~ZylCloneManager() {
   delete _clones;
   delete _cloned;
+  delete _originals;
 }
 
 long ZylCloneManager::lock() noexcept {
@@ -27,26 +30,26 @@ void ZylCloneManager::clear() {
 }
 
 void ZylCloneManager::clearLevel(long level) {
-  if (_cloned == nullptr) return;
+  level = std::max(level, 0L);
+  if (level >= lockLevel()) return;
   for (long i = level; i < _cloned->getSize(); ++i) {
-    if (void** clone = slot(_cloned->element<long>(i))) *clone = nullptr;
+    _clones->element<ZylExtractableI*>(_cloned->element<long>(i)) = nullptr;
   }
-  if (level < _cloned->getSize()) _cloned->truncate(level);
+  _cloned->truncate(level);
 }
 
-void** ZylCloneManager::slot(long id) const noexcept {
-  if (_clones == nullptr || id < 0 || id >= _clones->getSize()) return nullptr;
-  return &_clones->element<void*>(id);
+bool ZylCloneManager::knows(const ZylExtractableI* object) const noexcept {
+  const long id = object->getId();
+  return _clones != nullptr && id >= 0 && id < _clones->getSize() &&
+         _clones->element<ZylExtractableI*>(id) != nullptr &&
+         _originals->element<const ZylExtractableI*>(id) == object;
 }
 
-void ZylCloneManager::forget(long id) noexcept {
-  if (void** clone = slot(id)) *clone = nullptr;
+void ZylCloneManager::forget(const ZylExtractableI* object) noexcept {
+  if (knows(object)) _clones->element<ZylExtractableI*>(object->getId()) = nullptr;
 }
 
-bool ZylCloneManager::hasClone(const ZylExtractableI* object) const {
-  void* const* clone = slot(object->getId());
-  return clone != nullptr && *clone != nullptr;
-}
+bool ZylCloneManager::hasClone(const ZylExtractableI* object) const { return knows(object); }
 
 void ZylCloneManager::setMaxId(long id) {
   if (_clones != nullptr && id < _clones->getSize()) return;
@@ -56,16 +59,21 @@ void ZylCloneManager::setMaxId(long id) {
     ZylLocalEnvI* local;
     ~Suspended() { env->setLocalEnv(local); }
   } suspended{_env, _env->setLocalEnv(nullptr)};
-  if (_clones == nullptr) _clones = new (_env->getGenAlloc()) ZylArrayI(_env, 0L);
+  if (_originals == nullptr) _originals = new (_env->getGenAlloc()) ZylArrayI(_env, 0L);
   if (_cloned == nullptr) _cloned = new (_env->getGenAlloc()) ZylArrayI(_env, 0L);
-  while (_clones->getSize() <= id) _clones->append<void*>(nullptr);
+  if (_clones == nullptr) _clones = new (_env->getGenAlloc()) ZylArrayI(_env, 0L);
+  // Last of all the array whose size the tests read.
+  while (_originals->getSize() <= id) _originals->append<const ZylExtractableI*>(nullptr);
+  while (_clones->getSize() <= id) _clones->append<ZylExtractableI*>(nullptr);
 }
 
 void ZylCloneManager::setClone(const ZylExtractableI* object, ZylExtractableI* clone) {
   const long id = object->getId();
+  if (id < 0) return;  // finished
   setMaxId(id);
   _cloned->append<long>(id);
-  *slot(id) = clone;
+  _originals->element<const ZylExtractableI*>(id) = object;
+  _clones->element<ZylExtractableI*>(id) = clone;
 }
 
 bool ZylCloneManager::pushExpander() {
@@ -83,7 +91,7 @@ ZylExtractableI* ZylCloneManager::getClone(const ZylExtractableI* object) {
     }
   } held{this, lock()};
   setMaxId(object->getId());
-  if (void* known = *slot(object->getId())) return static_cast<ZylExtractableI*>(known);
+  if (knows(object)) return _clones->element<ZylExtractableI*>(object->getId());
   ZylExtractableI* clone = nullptr;
   if (_expander != nullptr) {
     clone = _expander->substitute(const_cast<ZylExtractableI*>(object));  // NOLINT: only read

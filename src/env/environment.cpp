@@ -118,6 +118,7 @@ void ZylEnvI::clearFields() noexcept {
   _extractors = nullptr;
   _expanders = nullptr;
   _ended = false;
+  _mtLocalEnv = nullptr;
 }
 
 void ZylEnvI::makeParts() {
@@ -141,6 +142,7 @@ ZylEnvI::~ZylEnvI() { end(); }
 void ZylEnvI::end() {
   if (_ended) return;
   _ended = true;
+  useMTSafeAllocation(0);
 
   destroyPart(_decisionExprMap);
   _extractors = nullptr;
@@ -234,11 +236,12 @@ void ZylEnvI::useMTSafeAllocation(long use) {
   if (_mtSafeAllocation == 0 && use != 0) {
     if (_localEnv != nullptr) throw ZylNotSupportedOperation();
     if (_mutex == nullptr) _mutex = ZylMakeEnvMutex();
-    _localEnv = make<ZylMTSafeLocalEnvI>(this, _localEnv);
+    _mtLocalEnv = make<ZylMTSafeLocalEnvI>(this, _localEnv);
+    _localEnv = _mtLocalEnv;
   } else if (_mtSafeAllocation != 0 && use == 0) {
-    auto* local = static_cast<ZylMTSafeLocalEnvI*>(_localEnv);
-    _localEnv = local->getPrevious();
-    delete local;
+    // A client may have put another one in its place.
+    if (_localEnv == _mtLocalEnv) _localEnv = _mtLocalEnv->getPrevious();
+    destroyPart(_mtLocalEnv);
   }
   _mtSafeAllocation = use;
 }
@@ -329,7 +332,9 @@ ZylSymbolI* ZylEnv::makeSymbol(const char* text) const { return checked()->makeS
 
 void ZylEnvI::addDestroyable(ZylDestroyableI* object) { _destroyables->add(object); }
 
-void ZylEnvI::removeDestroyable(ZylDestroyableI* object) { _destroyables->remove(object); }
+void ZylEnvI::removeDestroyable(ZylDestroyableI* object) {
+  if (_destroyables != nullptr) _destroyables->remove(object);
+}
 
 void ZylEnvI::printTime() const {
   *_out << "Elapsed time since creation : " << getTime() << std::endl;

@@ -117,7 +117,10 @@ void Extended::setObject(ZylGenAlloc* alloc, ZylExtension** extension, void* obj
 void Extended::setProperties(ZylGenAlloc* alloc, ZylExtension** extension,
                              ZylNamedPropertySetI* properties) {
   if (properties == nullptr && getProperties(*extension) == nullptr) return;
-  ZylExtension::getOrMake(alloc, extension)->setProperties(properties);
+  ZylExtension* record = ZylExtension::getOrMake(alloc, extension);
+  // The owner gives the record back, so it is the owner's even where the set is not.
+  record->getOrMakeObject(alloc);
+  record->setProperties(properties);
 }
 
 void Extended::addProperty(ZylGenAlloc* alloc, ZylExtension** extension,

@@ -26,26 +26,27 @@ ZylInt ZylTrunc(double value) {
   return std::isnan(value) ? 0 : static_cast<ZylInt>(value);
 }
 
+namespace {
+// The one quotient that does not fit wraps around.
+long negated(long a) { return static_cast<long>(0UL - static_cast<unsigned long>(a)); }
+}  // namespace
+
 long ZylDownDiv(long a, long b) {
+  if (b == -1) return negated(a);
   const long quotient = a / b;
   return a % b != 0 && (a < 0) != (b < 0) ? quotient - 1 : quotient;
 }
 
 long ZylUpDiv(long a, long b) {
+  if (b == -1) return negated(a);
   const long quotient = a / b;
   return a % b != 0 && (a < 0) == (b < 0) ? quotient + 1 : quotient;
 }
 
-namespace {
-void loadControlWord([[maybe_unused]] unsigned short word) {
-#if defined(__x86_64__) || defined(__i386__)
-  __asm__ volatile("fldcw %0" : : "m"(word));
-#endif
-}
-}  // namespace
-
-void ZylEnableNANDetection() { loadControlWord(0xFFFE); }
-void ZylDisableNANDetection() { loadControlWord(0x0001); }
+// No x87 control word is loaded: doubles are computed elsewhere, and the words that these would
+// load make the extended arithmetic of other code lose digits or trap.
+void ZylEnableNANDetection() {}
+void ZylDisableNANDetection() {}
 
 ZylParsingNumberMismatch::ZylParsingNumberMismatch(const char* text, Type type)
     : ZylException("Problem parsing this string"), _string(text), _type(type) {}

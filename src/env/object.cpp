@@ -25,7 +25,7 @@ ZylEnvI* requireEnv(const ZylGenAlloc* manager) {
 ZylEnvObjectI::~ZylEnvObjectI() noexcept(false) = default;
 
 void ZylEnvObjectI::operator delete(ZylEnvObjectI* object, std::destroying_delete_t,
-                                    std::size_t size) {
+                                    std::size_t size) noexcept(false) {
   ReleaseToEnv release{object->_env, object, size};
   object->~ZylEnvObjectI();
 }
@@ -37,7 +37,7 @@ ZylRttiEnvObjectI* ZylRttiEnvObjectI::makeKvlClone(ZylEnvI*) const {
 }
 
 void ZylRttiEnvObjectI::operator delete(ZylRttiEnvObjectI* object, std::destroying_delete_t,
-                                        std::size_t size) {
+                                        std::size_t size) noexcept(false) {
   ReleaseToEnv release{object->_env, object, size};
   object->~ZylRttiEnvObjectI();
 }
@@ -49,7 +49,7 @@ ZylExtensibleRttiEnvObjectI::~ZylExtensibleRttiEnvObjectI() {
 ZylMemoryManagerObjectI::~ZylMemoryManagerObjectI() noexcept(false) = default;
 
 void ZylMemoryManagerObjectI::operator delete(ZylMemoryManagerObjectI* object,
-                                              std::destroying_delete_t, std::size_t size) {
+                                              std::destroying_delete_t, std::size_t size) noexcept(false) {
   ReleaseToManager release{object->_manager, object, size};
   object->~ZylMemoryManagerObjectI();
 }
@@ -57,7 +57,7 @@ void ZylMemoryManagerObjectI::operator delete(ZylMemoryManagerObjectI* object,
 ZylEnvI* ZylMemoryManagerObjectI::getEnv() const { return requireEnv(_manager); }
 
 void ZylRttiMemoryManagerObjectI::operator delete(ZylRttiMemoryManagerObjectI* object,
-                                                  std::destroying_delete_t, std::size_t size) {
+                                                  std::destroying_delete_t, std::size_t size) noexcept(false) {
   ReleaseToManager release{object->_manager, object, size};
   object->~ZylRttiMemoryManagerObjectI();
 }
@@ -73,7 +73,8 @@ ZylDestroyableI::ZylDestroyableI(ZylEnvI* env) : ZylRttiEnvObjectI(env) {
 }
 
 ZylDestroyableI::~ZylDestroyableI() {
-  if (_env->getLocalEnv() == nullptr) _env->removeDestroyable(this);
+  // Under a local environment too: one that entered before must not be deleted a second time.
+  _env->removeDestroyable(this);
 }
 
 bool ZylKvlBaseObjectI::isSymbol() const { return false; }

@@ -64,8 +64,11 @@ void ZylPlugInManager::add(ZylPlugIn* plugIn, const char* name) {
   ZylCell* cell = findOrCreateCell(name);
   plugIn->_next = cell->_plugIns;
   cell->_plugIns = plugIn;
-  for (ZylPlugInAddon* addon = cell->_addons; addon != nullptr; addon = addon->_next) {
+  for (ZylPlugInAddon* addon = cell->_addons; addon != nullptr;) {
+    // The add-on may take itself off while it hears of the plug-in; the same below.
+    ZylPlugInAddon* next = addon->_next;
     addon->plugInAdded(plugIn);
+    addon = next;
   }
 }
 
@@ -74,8 +77,10 @@ void ZylPlugInManager::add(ZylPlugInAddon* addon, const char* name) {
   ZylCell* cell = findOrCreateCell(name);
   addon->_next = cell->_addons;
   cell->_addons = addon;
-  for (ZylPlugIn* plugIn = cell->_plugIns; plugIn != nullptr; plugIn = plugIn->_next) {
+  for (ZylPlugIn* plugIn = cell->_plugIns; plugIn != nullptr;) {
+    ZylPlugIn* next = plugIn->_next;
     addon->plugInAdded(plugIn);
+    plugIn = next;
   }
 }
 
@@ -90,32 +95,41 @@ T** findLink(T** link, const T* object, Next next) {
 }
 }  // namespace
 
+// The link is looked for again behind the calls, which may have taken others off the chain.
 void ZylPlugInManager::remove(ZylPlugIn* plugIn, const char* name) {
   const EnvLock lock(_env->getMutex());
   ZylCell* cell = findCell(name);
-  if (cell == nullptr) return;
-  ZylPlugIn** link =
-      findLink(&cell->_plugIns, plugIn, [](ZylPlugIn* other) { return &other->_next; });
-  if (link == nullptr) return;
-  for (ZylPlugInAddon* addon = cell->_addons; addon != nullptr; addon = addon->_next) {
+  const auto link = [&] {
+    return findLink(&cell->_plugIns, plugIn, [](ZylPlugIn* other) { return &other->_next; });
+  };
+  if (cell == nullptr || link() == nullptr) return;
+  for (ZylPlugInAddon* addon = cell->_addons; addon != nullptr;) {
+    ZylPlugInAddon* next = addon->_next;
     addon->plugInRemoved(plugIn);
+    addon = next;
   }
-  *link = plugIn->_next;
-  plugIn->_next = nullptr;
+  if (ZylPlugIn** found = link()) {
+    *found = plugIn->_next;
+    plugIn->_next = nullptr;
+  }
 }
 
 void ZylPlugInManager::remove(ZylPlugInAddon* addon, const char* name) {
   const EnvLock lock(_env->getMutex());
   ZylCell* cell = findCell(name);
-  if (cell == nullptr) return;
-  ZylPlugInAddon** link =
-      findLink(&cell->_addons, addon, [](ZylPlugInAddon* other) { return &other->_next; });
-  if (link == nullptr) return;
-  for (ZylPlugIn* plugIn = cell->_plugIns; plugIn != nullptr; plugIn = plugIn->_next) {
+  const auto link = [&] {
+    return findLink(&cell->_addons, addon, [](ZylPlugInAddon* other) { return &other->_next; });
+  };
+  if (cell == nullptr || link() == nullptr) return;
+  for (ZylPlugIn* plugIn = cell->_plugIns; plugIn != nullptr;) {
+    ZylPlugIn* next = plugIn->_next;
     addon->plugInRemoved(plugIn);
+    plugIn = next;
   }
-  *link = addon->_next;
-  addon->_next = nullptr;
+  if (ZylPlugInAddon** found = link()) {
+    *found = addon->_next;
+    addon->_next = nullptr;
+  }
 }
 
 void ZylPlugInManager::addNotified(ZylNotifiedPlugIn* plugIn) {

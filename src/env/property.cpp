@@ -14,7 +14,11 @@ ZylNamedPropertyI::~ZylNamedPropertyI() noexcept(false) {
   if (_useCount != 0) throw ZylWrongUsage("Dangerous deletion of named property");
 }
 
-void ZylNamedPropertyI::display(std::ostream& stream) const { stream << getName(); }
+namespace {
+const char* shown(const char* text) { return text != nullptr ? text : ""; }
+}  // namespace
+
+void ZylNamedPropertyI::display(std::ostream& stream) const { stream << shown(getName()); }
 
 ZylNamedPropertyI* ZylNamedPropertyI::makeClone(const ZylMemoryManager&) const {
   throw Exception(
@@ -38,7 +42,7 @@ const char* ZylPreNamedPropertyI::getName() const { return _name; }
 namespace {
 template <class P>
 void displayValue(std::ostream& stream, const P& property) {
-  stream << property.getName() << "(" << property.getValue() << ")";
+  stream << shown(property.getName()) << "(" << property.getValue() << ")";
 }
 template <class P>
 ZylNamedPropertyI* cloneOf(const P& property, const ZylMemoryManager& manager) {
@@ -50,7 +54,7 @@ void ZylNamedIntPropertyI::display(std::ostream& stream) const { displayValue(st
 void ZylNamedNumPropertyI::display(std::ostream& stream) const { displayValue(stream, *this); }
 void ZylNamedAnyPropertyI::display(std::ostream& stream) const { displayValue(stream, *this); }
 void ZylNamedStringPropertyI::display(std::ostream& stream) const {
-  stream << getName() << "(" << (_value != nullptr ? _value : "") << ")";
+  stream << shown(getName()) << "(" << shown(_value) << ")";
 }
 
 ZylNamedPropertyI* ZylNamedIntPropertyI::makeClone(const ZylMemoryManager& manager) const {
@@ -82,7 +86,7 @@ ZylNamedPropertySetI::PropertyList* ZylNamedPropertySetI::getElem(const char* na
   if (name == nullptr) return nullptr;
   for (PropertyList* cell = _first; cell != nullptr; cell = cell->next) {
     const char* other = cell->property->getName();
-    if (other == name || std::strcmp(other, name) == 0) return cell;
+    if (other == name || (other != nullptr && std::strcmp(other, name) == 0)) return cell;
   }
   return nullptr;
 }

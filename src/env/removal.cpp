@@ -57,7 +57,7 @@ void ZylEnvI::init(ZylExtractableI* object) {
 
 void ZylEnvI::finit(ZylExtractableI* object) {
   const long id = object->_id;
-  _cloneManager->forget(id);
+  _cloneManager->forget(object);
   if (_localEnv != nullptr) {
     _localEnv->releaseId(id);
   } else {

@@ -53,14 +53,23 @@ void ZylTypedListManagerI::classify() {
     classifyAll();
     return;
   }
-  for (ZylExtractableList::Iterator it(_pending); it.ok(); ++it) insert(*it);
-  _pending.clear();
+  // One by one, so that a failure leaves each object in one list.
+  while (const ZylExtractableList::Cell* cell = _pending.getFirst()) {
+    ZylExtractableI* object = cell->element;
+    insert(object);
+    _pending.remove(object);
+  }
 }
 
 void ZylTypedListManagerI::classifyAll() {
   const ZylIdManager* ids = _env->getIdManager();
-  for (long id = 0; id < ids->getMaxId(); ++id) {
-    if (ZylExtractableI* object = ids->getLive(id)) insert(object);
+  try {
+    for (long id = 0; id < ids->getMaxId(); ++id) {
+      if (ZylExtractableI* object = ids->getLive(id)) insert(object);
+    }
+  } catch (...) {
+    clear();
+    throw;
   }
   _classifyAll = 0;
 }

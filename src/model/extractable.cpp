@@ -36,7 +36,7 @@ ZylExtractableI::~ZylExtractableI() {
 }
 
 void ZylExtractableI::operator delete(ZylExtractableI* object, std::destroying_delete_t,
-                                      std::size_t size) {
+                                      std::size_t size) noexcept(false) {
   if (object->_id >= 0) {
     // Destroys the object too, or leaves that to the removal that is under way.
     object->_env->removeFromAllAndDestroy(object, 1);

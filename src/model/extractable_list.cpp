@@ -59,7 +59,6 @@ bool ZylExtractableList::remove(ZylExtractableI* element) {
   return false;
 }
 
-// `onRemoved` may raise: it is called before the cell goes.
 template <class OnRemoved>
 void ZylExtractableList::removeMarked(OnRemoved onRemoved) {
   Cell** link = &_first;
@@ -100,7 +99,8 @@ class Marks {
  private:
   using Cell = ZylExtractableList::Cell;
   void mark(ZylExtractableI* element) {
-    if (element == nullptr || _env->isMarked(element)) return;
+    // An object of another environment would mark the id of one of ours.
+    if (element == nullptr || element->getEnv() != _env || _env->isMarked(element)) return;
     auto* cell = static_cast<Cell*>(_env->alloc(sizeof(Cell)));
     *cell = Cell{_first, element};
     _first = cell;
@@ -124,6 +124,13 @@ void ZylExtractableList::remove(const ZylExtractableArray& elements,
                                 const ZylExtractableArray& removed) {
   if (_first == nullptr) return;
   const Marks marks(_env, elements);
+  long count = 0;
+  for (const Cell* cell = _first; cell != nullptr; cell = cell->next) {
+    if (_env->isMarked(cell->element)) ++count;
+  }
+  if (count == 0) return;
+  // Room for all first: nothing below can fail.
+  removed.getImpl()->grow(removed.getSize() + count);
   removeMarked([&](ZylExtractableI* element) { removed.addI(element); });
 }
 

@@ -43,9 +43,9 @@ TEST_F(ZylComparisonTest, StrictOnesMoveTheBoundByOne) {
   EXPECT_TRUE(DisplaysAs(3 > i, "i  <= 2 "));
   EXPECT_TRUE(DisplaysAs(3 < i + b, "4 <= i  + b  "));
   const char* text = "Strict Inequality is defined only on Integer Expressions";
-  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { x < 3.0; }, text));
-  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { i < 2.5; }, text));
-  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { x > i; }, text));
+  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { static_cast<void>(x < 3.0); }, text));
+  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { static_cast<void>(i < 2.5); }, text));
+  EXPECT_TRUE(RaisesWith<ZylInvalidInequalityException>([&] { static_cast<void>(x > i); }, text));
 }
 
 TEST_F(ZylComparisonTest, TwoExpressionsGiveABinaryConstraintUnlessOneIsConstant) {
@@ -68,9 +68,9 @@ TEST_F(ZylComparisonTest, TwoExpressionsGiveABinaryConstraintUnlessOneIsConstant
 TEST_F(ZylComparisonTest, RefusesEmptyHandlesAndStrangers) {
   ZylEnv other;
   ZylNumVar z(other, 0, 1);
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { x + 1 <= z + 1; }, "mixing mismatch Environments"));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylNumExpr() <= 3; }, "Using empty handle"));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { x == ZylNumVar(); }, "Using empty handle"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { static_cast<void>(x + 1 <= z + 1); }, "mixing mismatch Environments"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { static_cast<void>(ZylNumExpr() <= 3); }, "Using empty handle"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { static_cast<void>(x == ZylNumVar()); }, "Using empty handle"));
   other.end();
 }
 

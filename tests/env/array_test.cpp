@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -141,14 +142,52 @@ TEST_F(ZylArray, AFailedAppendChangesNothing) {
   }
 }
 
+TEST_F(ZylArray, SeveralCopiesAreAddedOrNone) {
+  ZylNumArray array(env, 2, 1.0, 2.0);
+  FailEachAllocation(
+      [&] {
+        useUpPools(impl);
+        return &array;
+      },
+      [](ZylNumArray& a) { a.add(300, 7.0); }, [](ZylNumArray& a) { EXPECT_EQ(a.getSize(), 2); });
+  EXPECT_EQ(array.getSize(), 302);
+  EXPECT_EQ(array[301], 7.0);
+}
+
+TEST_F(ZylArray, SizesBeyondTheMachineAreRefused) {
+  for (const long size : {std::numeric_limits<long>::max(), 1L << 61}) {
+    EXPECT_THROW(ZylIntArray(env, size), ZylMemoryException);
+    ZylIntArray array(env, 1, 5);
+    EXPECT_THROW(array.getImpl()->grow(size), ZylMemoryException);
+    EXPECT_THROW(array.add(size, 5), ZylMemoryException);
+    EXPECT_EQ(array.getSize(), 1);
+    EXPECT_EQ(array[0], 5);
+  }
+}
+
 TEST_F(ZylArray, AFailedConstructionGivesEverythingBack) {
+  long before = 0;
   FailEachAllocation(
       [&] {
         useUpPools(impl);
         return &env;
       },
-      [&](ZylEnv& e) { ZylIntArray array(e, 3000); }, [&](ZylEnv&) {});
-  const long before = impl->getMemoryUsage();
+      [&](ZylEnv& e) {
+        before = impl->getMemoryUsage();
+        ZylIntArray array(e, 3000);
+      },
+      [&](ZylEnv&) { EXPECT_EQ(impl->getMemoryUsage(), before); });
+  FailEachAllocation(
+      [&] {
+        useUpPools(impl);
+        return &env;
+      },
+      [&](ZylEnv& e) {
+        before = impl->getMemoryUsage();
+        ZylIntArray array(e, 9, 1, 2, 3, 4, 5, 6, 7, 8, 9);
+      },
+      [&](ZylEnv&) { EXPECT_EQ(impl->getMemoryUsage(), before); });
+  before = impl->getMemoryUsage();
   ZylIntArray array(env, 3000);
   ZylIntArray copy = array.copy(env);
   array.end();

@@ -94,6 +94,26 @@ TEST_F(ZylCloning, AnObjectsEndForgetsItsClone) {
   env.getImpl()->unlockCloning();
 }
 
+// Originals of two environments may have one id between them.
+TEST_F(ZylCloning, OriginalsAreKnownByMoreThanTheirIds) {
+  Probe* a = probe(env, "a");
+  Probe* sameId = probe(other, "same id");
+  ZylEnv third;
+  Probe* stranger = probe(third, "stranger");
+  ASSERT_EQ(sameId->getId(), a->getId());
+  ASSERT_EQ(stranger->getId(), a->getId());
+  target->lockCloning();
+  Probe* clone = cloneOf(a);
+  EXPECT_FALSE(target->hasClone(stranger));
+  sameId->end();
+  EXPECT_EQ(cloneOf(a), clone) << "the end of another object with this id is no matter";
+  EXPECT_STREQ(cloneOf(stranger)->getName(), "stranger");
+  target->unlockCloningLevel(-1);
+  EXPECT_FALSE(target->hasClone(stranger));
+  target->unlockCloning();
+  third.end();
+}
+
 TEST_F(ZylCloning, AFailureGivesTheLockBack) {
   auto* bare = new (impl) BareProbe(impl, nullptr);
   Probe* user = probe(env, "user", bare);

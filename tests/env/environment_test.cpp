@@ -317,6 +317,20 @@ TEST(ZylEnvEnd, WithoutPoolsGraphsAreReleasedWhole) {
   env.end();  // a leak checker tells the rest
 }
 
+// A destroyable enters the list without a local environment, and may die under one.
+TEST(ZylEnvEnd, DestroyablesDieOnceUnderALocalEnvironment) {
+  endOrder.clear();
+  ZylEnv env;
+  ZylEnvI* impl = env.getImpl();
+  new (impl) Destroyable(impl, "left");
+  auto* early = new (impl) Destroyable(impl, "early");
+  impl->useMTSafeAllocation(1);
+  delete early;
+  new (impl) Destroyable(impl, "unlisted");
+  env.end();
+  EXPECT_EQ(endOrder, (std::vector<std::string>{"early", "left"}));
+}
+
 TEST(ZylDestroyableList, DoublesItsBuckets) {
   EnvFixture env;
   ZylDestroyableList list(env.impl, 1, &ZylDestroyableList::HashPointer,

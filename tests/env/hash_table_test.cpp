@@ -122,6 +122,19 @@ TEST(ZylHashTable, RefusesAHashOutside) {
   }
 }
 
+TEST(ZylHashTable, AGrowthThatIsRefusedLosesNothing) {
+  // Good for the first bucket count only.
+  const auto hash = [](long key, long n) { return n == 2 ? key % 2 : key - 2; };
+  ZylHashTable<long, long> table(2, hash, &ZylIntegerCompFunction);
+  for (long i = 0; i < 4; ++i) table.add(i, i);
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { table.add(4, 4); }, "Hash function returned bad index"));
+  EXPECT_EQ(table.getBucketCount(), 2);
+  EXPECT_EQ(table.getSize(), 4);
+  for (long i = 0; i < 4; ++i) ASSERT_TRUE(table.contains(i)) << i;
+  EXPECT_FALSE(table.contains(4));
+}
+
 TEST(ZylHashTable, SurvivesFailedAllocations) {
   FailEachAllocation(
       [] {

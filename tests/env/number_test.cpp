@@ -8,6 +8,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <random>
 #include <string>
 
@@ -56,6 +57,25 @@ TEST(ZylNumber, DivisionsRoundDownAndUp) {
       EXPECT_EQ(ZylDownDiv(a, b), static_cast<long>(std::floor(exact))) << a << " / " << b;
       EXPECT_EQ(ZylUpDiv(a, b), static_cast<long>(std::ceil(exact))) << a << " / " << b;
     }
+  }
+}
+
+TEST(ZylNumber, DivisionsWrapAround) {
+  constexpr long Lowest = std::numeric_limits<long>::min();
+  EXPECT_EQ(ZylDownDiv(Lowest, -1), Lowest);
+  EXPECT_EQ(ZylUpDiv(Lowest, -1), Lowest);
+  EXPECT_EQ(ZylDownDiv(Lowest, 3), Lowest / 3 - 1);
+  EXPECT_EQ(ZylUpDiv(Lowest, 3), Lowest / 3);
+}
+
+// Extended arithmetic, which the standard library uses here and there, must not trap afterwards.
+TEST(ZylNumber, NanDetectionDisturbsNoOtherArithmetic) {
+  for (void (*set)() : {&ZylEnableNANDetection, &ZylDisableNANDetection}) {
+    set();
+    volatile long double one = 1.0L;
+    volatile long double three = 3.0L;
+    EXPECT_NEAR(static_cast<double>(one / three), 1.0 / 3.0, 1e-15);
+    EXPECT_EQ(static_cast<double>(one / three * three), 1.0);
   }
 }
 

@@ -87,6 +87,51 @@ TEST_F(ZylPlugIns, AreFoundByNameAndExactType) {
   delete p;
 }
 
+// Takes itself off when it hears of a plug-in, and with it the plug-in named `victim`.
+class Leaving : public Addon {
+ public:
+  Leaving(ZylEnvI* env, ZylPlugInManager* manager) : Addon(env, "leaving"), _manager(manager) {}
+  void plugInAdded(ZylPlugIn* plugIn) override {
+    Addon::plugInAdded(plugIn);
+    if (leaves) _manager->remove(this, "service");
+  }
+  void plugInRemoved(ZylPlugIn* plugIn) override {
+    Addon::plugInRemoved(plugIn);
+    ZylPlugIn* other = victim;
+    victim = nullptr;
+    if (other != nullptr) {
+      _manager->remove(other, "service");
+      delete other;
+    }
+  }
+  bool leaves = false;
+  ZylPlugIn* victim = nullptr;
+
+ private:
+  ZylPlugInManager* _manager;
+};
+
+TEST_F(ZylPlugIns, AddonsMayLeaveAndRemoveOthersWhileTheyHear) {
+  auto* leaving = new (impl) Leaving(impl, manager);
+  manager->add(addon("a"), "service");
+  manager->add(leaving, "service");
+  Named* p = plugIn("p");
+  Named* q = plugIn("q");
+  manager->add(p, "service");
+  manager->add(q, "service");
+  events.clear();
+  leaving->victim = q;
+  manager->remove(p, "service");
+  EXPECT_FALSE(manager->isCreated(Named::GetTypeInfo(), "service"));
+  delete p;
+
+  leaving->leaves = true;
+  events.clear();
+  manager->add(plugIn("r"), "service");
+  EXPECT_EQ(events, (Events{"leaving added r", "leaving removed r", "a added r"}));
+  delete leaving;
+}
+
 TEST(ZylPlugInManager, EndsWhatIsLeft) {
   ZylEnv env;
   events.clear();

@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "support/probe.h"
 #include "support/support.h"
+#include "vorlane/env/allocation_stack.h"
 
 namespace zyl::test {
 namespace {
@@ -169,6 +171,31 @@ TEST_F(ZylProperties, EnvironmentsDoNotMix) {
   EXPECT_THROW(env.addClonedProperty(foreign), ZylNamedPropertySet::AlreadyPresent);
   foreign.end();
   other.end();
+}
+
+// The record that leads to the set belongs to the owner, whoever made the set.
+TEST_F(ZylProperties, ASetMayComeFromAnotherManager) {
+  ZylAllocationStack stack;
+  ZylStackGenAlloc manager(&stack, impl->getSymbolTable());
+  Probe* owner = probe(env);
+  owner->setProperties(new (&manager) ZylNamedPropertySetI(&manager));
+  owner->removeAllProperties();
+  stack.reset();
+  std::memset(stack.allocate(4000), 0xff, 4000);
+  int target = 0;
+  owner->setObject(&target);
+  EXPECT_EQ(owner->getObject(), &target);
+  EXPECT_EQ(owner->getProperties(), nullptr);
+  owner->setIntProperty("i", 1);
+  EXPECT_EQ(owner->getIntProperty("i"), 1);
+}
+
+TEST_F(ZylProperties, APropertyWithoutANameIsFoundByNone) {
+  env.addProperty(ZylNamedIntProperty(env, nullptr, 1));
+  EXPECT_FALSE(env.hasProperty("i"));
+  env.setIntProperty("i", 2);
+  EXPECT_EQ(env.getIntProperty("i"), 2);
+  EXPECT_TRUE(DisplaysAs(ZylNamedIntProperty(env, nullptr, 1), "(1)"));
 }
 
 class Unclonable : public ZylNamedPropertyI {

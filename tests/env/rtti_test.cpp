@@ -123,7 +123,7 @@ class Thrower : public Middle {
   }
 
  private:
-  char _bulk[200] = {};
+ [[maybe_unused]]  char _bulk[200] = {};
 };
 ZYL_TYPE_DEF(Thrower, Middle)
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "support/probe.h"
@@ -68,6 +69,28 @@ TEST_F(ZylTypedLists, StartAfreshAndEnd) {
   EXPECT_TRUE(impl->getTypedLists().isEmpty());
   b->end();
   EXPECT_EQ(listed(Probe::GetTypeInfo()), Elements{a});
+}
+
+TEST_F(ZylTypedLists, AnInterruptedClassificationListsNothingTwice) {
+  for (const bool asked : {false, true}) {
+    SCOPED_TRACE(asked ? "pending objects" : "all objects");
+    const auto all = [&] {
+      Elements elements = listed(Probe::GetTypeInfo());
+      std::sort(elements.begin(), elements.end());
+      return elements;
+    };
+    Elements made = all();
+    if (!asked) impl->getTypedLists().end(impl);
+    for (int i = 0; i < 300; ++i) made.push_back(probe(env));
+    FailEachAllocation(
+        [&] {
+          useUpPools(impl);
+          return &env;
+        },
+        [&](ZylEnv&) { listed(Probe::GetTypeInfo()); }, [](ZylEnv&) {});
+    std::sort(made.begin(), made.end());
+    EXPECT_EQ(all(), made);
+  }
 }
 
 TEST_F(ZylTypedLists, AConstructorThatRaisesLeavesNoTrace) {

@@ -427,6 +427,11 @@ TEST_F(ZylExtractables, LiteralTexts) {
                                         "ZylRangeArray::ZylRangeArray: n !=3"));
   ZylNumVarArray empty(env, 3);
   EXPECT_EQ(empty[2].getImpl(), nullptr);
+  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { ZylRangeArray().add(r); },
+                                                  "Using empty ZylRangeArray handle."));
+  EXPECT_TRUE(
+      RaisesWith<ZylEmptyHandleException>([] { static_cast<void>(ZylBoolVarArray().getSize()); },
+                                          "Using empty ZylBoolVarArray handle."));
 }
 
 // --- base operations and visits

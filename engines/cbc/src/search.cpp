@@ -129,11 +129,16 @@ void runSimplex(ClpSimplex& program, const Task& task) {
   } else {
     ClpSolve options;
     program.initialSolve(options);
-    // What presolve alone has ruled out is asked again without it: it does not tell an infeasible
-    // program from an unbounded one.
-    if (program.status() == 1 || program.status() == 2) program.primal();
   }
-  if (program.status() == 2 || program.status() == 4) program.primal();
+  const auto isStopped = [&] { return task.interrupted || task.isOutOfTime(); };
+  // Presolve does not tell an infeasible program from an unbounded one, and a basis may have been
+  // left in a bad state by edits: what is not optimal is asked again, at last from scratch.
+  if (program.status() != 0 && !isStopped()) program.primal();
+  if (program.status() > 2 && !isStopped()) {
+    program.allSlackBasis(/*resetSolution=*/true);
+    program.dual();
+    if (program.status() != 0 && !isStopped()) program.primal();
+  }
   const ClpEventHandler none;
   program.passInEventHandler(&none);
 }

@@ -30,6 +30,9 @@ class ZYL_EXPORT ZylArrayError : public ZylException {
 /// The untyped array behind every typed one.
 class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
  public:
+  /// No address space holds more elements.
+  static constexpr long MaxSize = 1L << 44;
+
   /// Makes an array of `size` zeroed elements. Raises `ZylMemoryException`.
   ZylArrayI(ZylEnvI* env, long size, long elementSize = 8);
   ZylArrayI(ZylGenAlloc* manager, long size, long elementSize = 8);
@@ -40,6 +43,16 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
   ZylArrayI(ZylGenAlloc* manager, long maxSize, long elementSize, long size, long mask, long shift,
             char** pages);
   ~ZylArrayI() override;
+
+  // The block of a constructor that raised goes back at once.
+  using ZylMemoryManagerObjectI::operator new;
+  using ZylMemoryManagerObjectI::operator delete;
+  static void operator delete(void* block, ZylGenAlloc* manager) noexcept {
+    zyl::detail::freeInManager(manager, block, sizeof(ZylArrayI));
+  }
+  static void operator delete(void* block, ZylEnvI* env) noexcept {
+    zyl::detail::freeInEnv(env, block, sizeof(ZylArrayI));
+  }
 
   long getSize() const noexcept { return _size; }
   long getCapacity() const noexcept { return _maxSize; }
@@ -60,6 +73,15 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
     _size = size;
     element<T>(size - 1) = value;
   }
+  /// Appends `count` copies, nothing for a count below 1. Raises `ZylMemoryException`, which
+  /// changes nothing.
+  template <class T>
+  void appendCopies(long count, T value) {
+    if (count <= 0) return;
+    if (count > MaxSize) ZylRaiseMemory();
+    grow(_size + count);
+    for (long i = 0; i < count; ++i) append(value);
+  }
   /// Makes room for `n` elements, at least 1, without changing the size; new elements are not
   /// zeroed. Raises `ZylMemoryException`, which leaves the elements as they were.
   void grow(long n);
@@ -74,6 +96,7 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
   void clear() noexcept;
 
  private:
+  static long checkedSize(long size);
   void setShiftMod() noexcept;
   void allocData(long size);
   void zeroData() noexcept;
@@ -110,9 +133,7 @@ class ArrayHandle {
   }
   /// Appends an element, `count` copies of one, or an array's elements.
   void add(T element) const { checked()->append(element); }
-  void add(long count, T element) const {
-    for (long i = 0; i < count; ++i) checked()->append(element);
-  }
+  void add(long count, T element) const { checked()->appendCopies(count, element); }
   void add(const Derived& other) const { checked()->addArray(other.checked()); }
   /// Removes `count` elements from `first` on. Raises `ZylArrayError`.
   void remove(long first, long count = 1) const { checked()->remove(first, count); }
@@ -141,9 +162,14 @@ class ArrayHandle {
   // Literal constructors: what is missing in the list stays 0, what is too much is left out.
   template <class... Values>
   void fill(long n, Values... values) {
+    constexpr long Count = static_cast<long>(sizeof...(values));
     const T list[] = {static_cast<T>(values)...};
-    for (long i = 0; i < n; ++i) {
-      _impl->append(i < static_cast<long>(sizeof...(values)) ? list[i] : T());
+    try {
+      for (long i = 0; i < n && i < Count; ++i) _impl->append(list[i]);
+      _impl->appendCopies(n - Count, T());
+    } catch (...) {
+      end();
+      throw;
     }
   }
   ZylArrayI* checked() const {
@@ -293,7 +319,7 @@ class ZYL_EXPORT ZylIntArray2 : public zyl::detail::ArrayHandle<ZylIntArray2, Zy
   ZylIntArray2() = default;
   explicit ZylIntArray2(ZylArrayI* impl) noexcept : Base(impl) {}
   explicit ZylIntArray2(const ZylEnv& env, long n = 0) : Base(env, n) {}
-  ZylIntArray2(const ZylEnv& env, long n, ZylIntArray first) : Base(env, n) { add(first); }
+  ZylIntArray2(const ZylEnv& env, long n, ZylIntArray first) : Base(env, n) { fill(1, first); }
   /// Whether both have the same elements in order; false if either handle is empty.
   static bool equal(const ZylIntArray& a, const ZylIntArray& b);
   /// Whether an element equals `array`; false for an array without elements.
@@ -308,7 +334,7 @@ class ZYL_EXPORT ZylNumArray2 : public zyl::detail::ArrayHandle<ZylNumArray2, Zy
   ZylNumArray2() = default;
   explicit ZylNumArray2(ZylArrayI* impl) noexcept : Base(impl) {}
   explicit ZylNumArray2(const ZylEnv& env, long n = 0) : Base(env, n) {}
-  ZylNumArray2(const ZylEnv& env, long n, ZylNumArray first) : Base(env, n) { add(first); }
+  ZylNumArray2(const ZylEnv& env, long n, ZylNumArray first) : Base(env, n) { fill(1, first); }
   static bool equal(const ZylNumArray& a, const ZylNumArray& b);
   bool contains(const ZylNumArray& array) const;
 };

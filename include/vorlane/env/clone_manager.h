@@ -7,8 +7,8 @@
 
 /// Knows the clones made in an environment, by the ids of their originals: one indexed read each.
 ///
-/// The memo lasts for the outermost `getClone`, or as long as a client holds the lock. A cycle in the
-/// graph does not end.
+/// The memo lasts for the outermost `getClone`, or as long as a client holds the lock; originals in
+/// other environments must live that long. A cycle in the graph does not end.
 class ZYL_EXPORT ZylCloneManager {
  public:
   explicit ZylCloneManager(ZylEnvI* env) : _env(env) {}
@@ -36,17 +36,19 @@ class ZYL_EXPORT ZylCloneManager {
   /// Lets the environment's expander decide about clones; false if one does already.
   bool pushExpander();
   void popExpander() noexcept { _expander = nullptr; }
-  /// The object with this id dies: its clone is not the next object's.
-  void forget(long id) noexcept;
+  /// The object dies, and its id and address are free again: its clone is not the next object's.
+  void forget(const ZylExtractableI* object) noexcept;
 
  private:
-  void** slot(long id) const noexcept;
+  bool knows(const ZylExtractableI* object) const noexcept;
 
   ZylEnvI* _env;
   long _locked = 0;
   ZylArrayI* _clones = nullptr;  // by id: the clone or null
   ZylArrayI* _cloned = nullptr;  // ids in order of cloning
   ZylExpanderI* _expander = nullptr;
+  // By id: the original. Ids tell objects of one environment apart, and originals come from any.
+  ZylArrayI* _originals = nullptr;
 };
 
 #endif

@@ -380,6 +380,7 @@ class ZYL_EXPORT ZylEnvI {
   ModelEvaluatorFactory _modelEvaluatorPop;
   ExpanderFactory _expanderPop;
   bool _ended;
+  ZylMTSafeLocalEnvI* _mtLocalEnv;  // ours, null unless MT-safe allocation is on
 };
 
 /// Handle of an environment: one pointer, copied freely, owning nothing.

@@ -10,6 +10,10 @@ class ZylGenAlloc;
 class ZylNamedPropertyI;
 class ZylNamedPropertySetI;
 
+namespace zyl::detail {
+struct Extended;
+}  // namespace zyl::detail
+
 /// The client's pointer and the property set of an object.
 class ZYL_EXPORT ZylObjectExtension {
  public:
@@ -51,6 +55,7 @@ class ZYL_EXPORT ZylExtension {
   void end(ZylEnvI* env);
 
  private:
+  friend struct zyl::detail::Extended;
   ZylObjectExtension* getOrMakeObject(ZylGenAlloc* alloc);
   char* _name = nullptr;
   ZylObjectExtension* _object = nullptr;

@@ -69,7 +69,15 @@ class ChainedTable {
     auto* entry = static_cast<Entry*>(_storage.alloc(sizeof(Entry)));
     *entry = Entry{*bucket, key, value};
     *bucket = entry;
-    if (++_size > 2 * _nbBuckets) grow();
+    if (++_size <= 2 * _nbBuckets) return;
+    try {
+      grow();
+    } catch (...) {
+      *bucket = entry->next;
+      _storage.free(entry, sizeof(Entry));
+      --_size;
+      throw;
+    }
   }
   /// The value of the newest entry with this key, null if there is none.
   const V* find(K key) const {
@@ -126,9 +134,10 @@ class ChainedTable {
   static std::size_t bytesOf(long buckets) {
     return static_cast<std::size_t>(buckets) * sizeof(Entry*);
   }
-  long indexOf(K key) const {
-    const long index = _hash(key, _nbBuckets);
-    if (ZYL_UNLIKELY(index < 0 || index >= _nbBuckets)) {
+  long indexOf(K key) const { return indexOf(key, _nbBuckets); }
+  long indexOf(K key, long buckets) const {
+    const long index = _hash(key, buckets);
+    if (ZYL_UNLIKELY(index < 0 || index >= buckets)) {
       ZylRaiseWrongUsage("Hash function returned bad index");
     }
     return index;
@@ -139,6 +148,8 @@ class ChainedTable {
     return buckets;
   }
   void grow() {
+    // No entry moves before each is known to have a place.
+    forEach([this](const K& key, const V&) { indexOf(key, 2 * _nbBuckets); });
     Entry** before = _buckets;
     const long count = _nbBuckets;
     try {

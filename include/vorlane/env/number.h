@@ -27,7 +27,7 @@ ZYL_EXPORT ZylInt ZylTrunc(double value);
 /// a / b rounded down, or up, for either sign of b. A zero divisor is the machine's fault.
 ZYL_EXPORT long ZylDownDiv(long a, long b);
 ZYL_EXPORT long ZylUpDiv(long a, long b);
-/// Load the x87 control word; without effect on doubles where these are computed elsewhere.
+/// Without effect: doubles are not computed by the unit that these used to set.
 ZYL_EXPORT void ZylEnableNANDetection();
 ZYL_EXPORT void ZylDisableNANDetection();
 

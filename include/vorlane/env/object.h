@@ -3,7 +3,8 @@
 // Two ladders, one for objects that know their environment and one for objects that know only a
 // memory manager. Objects are created with the placement form `new (env) T(...)`, and deleted with
 // plain `delete`: a destroying operator reads the owner from the live object, runs the virtual
-// destructor, and gives back a block of the size of the real class.
+// destructor, and gives back a block of the size of the real class. It lets pass what the destructor
+// raises.
 
 #ifndef ZYL_ENV_OBJECT_H
 #define ZYL_ENV_OBJECT_H
@@ -69,7 +70,8 @@ class ZYL_EXPORT ZylEnvObjectI {
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
   // The size is unknown here: the block of a constructor that raised waits for its pool's end.
   static void operator delete(void*, ZylEnvI*) noexcept {}
-  static void operator delete(ZylEnvObjectI* object, std::destroying_delete_t, std::size_t size);
+  static void operator delete(ZylEnvObjectI* object, std::destroying_delete_t, std::size_t size)
+      noexcept(false);
 
   ZylEnvI* getEnv() const noexcept { return _env; }
   ZylMemoryManager getMemoryManager() const { return _env->getMemoryManager(); }
@@ -95,7 +97,8 @@ class ZYL_EXPORT ZylRttiEnvObjectI : public ZylRtti {
   static void operator delete(void* block, ZylEnvI* env) noexcept {
     zyl::detail::freeInEnv(env, block, sizeof(ZylRttiEnvObjectI));
   }
-  static void operator delete(ZylRttiEnvObjectI* object, std::destroying_delete_t, std::size_t size);
+  static void operator delete(ZylRttiEnvObjectI* object, std::destroying_delete_t, std::size_t size)
+      noexcept(false);
 
   ZylEnvI* getEnv() const noexcept { return _env; }
   ZylMemoryManager getMemoryManager() const { return _env->getMemoryManager(); }
@@ -130,7 +133,8 @@ class ZYL_EXPORT ZylMemoryManagerObjectI {
   static void operator delete(void*, ZylGenAlloc*) noexcept {}
   static void operator delete(void*, ZylEnvI*) noexcept {}
   static void operator delete(ZylMemoryManagerObjectI* object, std::destroying_delete_t,
-                              std::size_t size);
+                              std::size_t size)
+      noexcept(false);
 
   ZylGenAlloc* getManager() const noexcept { return _manager; }
   ZylMemoryManager getMemoryManager() const { return ZylMemoryManager(_manager); }
@@ -154,7 +158,8 @@ class ZYL_EXPORT ZylRttiMemoryManagerObjectI : public ZylRtti {
     zyl::detail::freeInManager(manager, block, sizeof(ZylRttiMemoryManagerObjectI));
   }
   static void operator delete(ZylRttiMemoryManagerObjectI* object, std::destroying_delete_t,
-                              std::size_t size);
+                              std::size_t size)
+      noexcept(false);
 
   ZylGenAlloc* getManager() const noexcept { return _manager; }
   ZylMemoryManager getMemoryManager() const { return ZylMemoryManager(_manager); }
@@ -179,8 +184,8 @@ class ZYL_EXPORT ZylExtensibleRttiMemoryManagerObjectI : public ZylRttiMemoryMan
   ZylExtension* _extension = nullptr;
 };
 
-/// An object that the environment deletes, with a running destructor, at its end. While a local
-/// environment is installed such objects neither enter nor leave the environment's list.
+/// An object that the environment deletes, with a running destructor, at its end. One that is made
+/// while a local environment is installed is left to its maker.
 class ZYL_EXPORT ZylDestroyableI : public ZylRttiEnvObjectI {
   ZYL_TYPE(ZylDestroyableI, ZylRttiEnvObjectI)
  public:

@@ -76,7 +76,8 @@ class ZYL_EXPORT ZylExtractableI : public ZylRttiEnvObjectI {
     zyl::detail::freeInEnv(env, block, sizeof(ZylExtractableI));
   }
   /// Deleting an object that nobody ended first takes it out of all that refers to it.
-  static void operator delete(ZylExtractableI* object, std::destroying_delete_t, std::size_t size);
+  static void operator delete(ZylExtractableI* object, std::destroying_delete_t, std::size_t size)
+      noexcept(false);
 
   /// Returns a copy in `env`, its parts through `env->getClone`. This base raises
   /// `ZylExtractable::NoCloneMechanismException`.

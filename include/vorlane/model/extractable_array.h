@@ -31,7 +31,7 @@ class ZYL_EXPORT ZylExtractableArray {
   ZylExtractableI* getI(long i) const { return _impl->element<ZylExtractableI*>(i); }
   void add(const ZylExtractable& element) const { checked()->append(element.getImpl()); }
   void add(long count, const ZylExtractable& element) const {
-    for (long i = 0; i < count; ++i) checked()->append(element.getImpl());
+    checked()->appendCopies(count, element.getImpl());
   }
   void add(const ZylExtractableArray& other) const { checked()->addArray(other.checked()); }
   void addI(ZylExtractableI* element) const { checked()->append(element); }
@@ -61,6 +61,20 @@ class ZYL_EXPORT ZylExtractableArray {
   static const char* EmptyText() { return "Using empty ZylExtractableArray handle."; }
 
  protected:
+  // A slot is written and read as one type, by whichever kind of array.
+  static ZylExtractableI* implOf(const ZylExtractable& element) noexcept {
+    return element.getImpl();
+  }
+  // The elements of a literal; a failure gives the array back.
+  template <class... Elements>
+  void addLiteral(const Elements&... elements) {
+    try {
+      (_impl->append(implOf(elements)), ...);
+    } catch (...) {
+      end();
+      throw;
+    }
+  }
   template <class T>
   T& slot(long i) const {
     static_assert(sizeof(T) == sizeof(ZylExtractableI*));
@@ -97,17 +111,27 @@ class HandleArray : public ZylExtractableArray {
     requires(std::convertible_to<Rest, Handle> && ...)
   HandleArray(const ZylEnv& env, long n, const Handle& first, const Rest&... rest)
       : ZylExtractableArray(env, checkCount(n, 1 + static_cast<long>(sizeof...(rest)))) {
-    add(first);
-    (add(Handle(rest)), ...);
+    addLiteral(first, Handle(rest)...);
   }
 
+  long getSize() const { return checked()->getSize(); }
   /// Element `i`, asserted to be in the array.
   Handle& operator[](std::integral auto i) const { return slot<Handle>(static_cast<long>(i)); }
-  void add(const Handle& element) const { checked()->append(element.getImpl()); }
+  void add(const Handle& element) const { checked()->append(implOf(element)); }
   void add(long count, const Handle& element) const {
-    for (long i = 0; i < count; ++i) add(element);
+    checked()->appendCopies(count, implOf(element));
   }
   void add(const Derived& other) const { checked()->addArray(other.checked()); }
+  void remove(long first, long count = 1) const { checked()->remove(first, count); }
+  void clear() const { checked()->clear(); }
+  ZylEnv getEnv() const { return ZylEnv(checked()->getEnv()); }
+
+ protected:
+  // As in the base, with the text of the class.
+  ZylArrayI* checked() const {
+    if (ZYL_UNLIKELY(_impl == nullptr)) ZylRaiseEmptyHandle(Derived::EmptyText());
+    return _impl;
+  }
 
  private:
   static long checkCount(long n, long count) {
@@ -140,8 +164,7 @@ ZylExtractableArray::ZylExtractableArray(const ZylEnv& env, long n, const ZylExt
     end();
     zyl::detail::raiseLiteralCount("ZylExtractableArray", "n != ", Count);
   }
-  add(first);
-  (add(rest), ...);
+  addLiteral(first, rest...);
 }
 
 #endif

@@ -27,7 +27,8 @@ class ZYL_EXPORT ZylExtractableList {
   /// Removes the first occurrence; false if there is none.
   bool remove(ZylExtractableI* element);
   /// Removes every occurrence of the elements, and of what is marked for another reason, in one
-  /// walk; appends what it removed to `removed`.
+  /// walk; appends what it removed to `removed`. Raises `ZylMemoryException`, which changes
+  /// nothing.
   void remove(const ZylExtractableArray& elements, const ZylExtractableArray& removed);
   /// Removes every element that is finished or marked.
   void removeMarked();
