@@ -251,6 +251,15 @@ void LinearStore::synchronise() {
   }
 }
 
+void LinearStore::rebuild() {
+  _program = std::make_unique<ClpSimplex>();
+  _program->setLogLevel(0);
+  loadAll();
+  for (int i = 0; i < sizeOf(_columns); ++i) {
+    if (_columns[static_cast<std::size_t>(i)]->integer) _program->setInteger(i);
+  }
+}
+
 void LinearStore::loadAll() {
   Compressed rows;
   for (const auto& row : _rows) rows.add(*row);

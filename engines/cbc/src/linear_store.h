@@ -84,6 +84,9 @@ class LinearStore {
 
   /// Brings the linear program up to date.
   void synchronise();
+  /// Makes the linear program anew from rows and columns that are up to date, without the history
+  /// that edits have left in it.
+  void rebuild();
   ClpSimplex& program() noexcept { return *_program; }
   const std::vector<std::unique_ptr<Column>>& columns() const noexcept { return _columns; }
   const std::vector<std::unique_ptr<Row>>& rows() const noexcept { return _rows; }

@@ -16,7 +16,6 @@
 #include <CglGomory.hpp>
 #include <CglKnapsackCover.hpp>
 #include <CglMixedIntegerRounding2.hpp>
-#include <CglPreProcess.hpp>
 #include <CglProbing.hpp>
 #include <CglTwomir.hpp>
 #include <ClpEventHandler.hpp>
@@ -50,8 +49,7 @@ class LinearEvents : public ClpEventHandler {
   const Task* _task;
 };
 
-// Reports a tree search, and stops it. `offset` is what preprocessing took out of the objective; the
-// solver's own accounts include it.
+// Reports a tree search, and stops it.
 class TreeEvents : public CbcEventHandler {
  public:
   explicit TreeEvents(Task* task) : _task(task) {}
@@ -119,28 +117,37 @@ bool isFeasible(const ClpSimplex& program) {
   return copy.status() == 0;
 }
 
-// Solves from the basis at hand, or from scratch with presolve where there is none.
-void runSimplex(ClpSimplex& program, const Task& task) {
-  LinearEvents events(&task);
-  program.passInEventHandler(&events);
-  program.setMaximumSeconds(-1.0);
-  if (program.problemStatus() >= 0 && program.statusExists()) {
-    program.dual();
-  } else {
-    ClpSolve options;
-    program.initialSolve(options);
-  }
+// Solves from the basis at hand, or from scratch with presolve where there is none. What is not
+// optimal is asked again on a program without history: presolve does not tell an infeasible program
+// from an unbounded one, and a basis that edits have left may lead astray.
+void runSimplex(Task& task) {
+  const LinearEvents events(&task);
+  const auto run = [&](auto solve) {
+    ClpSimplex& program = task.store.program();
+    program.passInEventHandler(&events);
+    program.setMaximumSeconds(-1.0);
+    solve(program);
+    const ClpEventHandler none;
+    program.passInEventHandler(&none);
+    return program.status();
+  };
+  const ClpSimplex& known = task.store.program();
+  const bool warm = known.problemStatus() >= 0 && known.statusExists();
+  const int first = run([&](ClpSimplex& program) {
+    if (warm) {
+      program.dual();
+    } else {
+      program.initialSolve();
+    }
+  });
   const auto isStopped = [&] { return task.interrupted || task.isOutOfTime(); };
-  // Presolve does not tell an infeasible program from an unbounded one, and a basis may have been
-  // left in a bad state by edits: what is not optimal is asked again, at last from scratch.
-  if (program.status() != 0 && !isStopped()) program.primal();
-  if (program.status() > 2 && !isStopped()) {
-    program.allSlackBasis(/*resetSolution=*/true);
-    program.dual();
-    if (program.status() != 0 && !isStopped()) program.primal();
+  if (first == 0 || isStopped()) return;
+  task.store.rebuild();
+  int status = run([](ClpSimplex& program) { program.dual(); });
+  for (int again = 0; again < 3 && status > 1 && !isStopped(); ++again) {
+    status = run([](ClpSimplex& program) { program.primal(); });
+    if (status == 2) break;
   }
-  const ClpEventHandler none;
-  program.passInEventHandler(&none);
 }
 
 }  // namespace
@@ -165,8 +172,8 @@ void Task::report(bool hasValue, double value, double bound, long nodes) {
 }
 
 ZylCbcResult solveLinear(Task& task) {
+  runSimplex(task);
   ClpSimplex& program = task.store.program();
-  runSimplex(program, task);
   ZylCbcResult result = finished(task, ZylAlgorithm::Unknown);
   result.iterations = program.numberIterations();
   switch (program.status()) {
@@ -263,7 +270,7 @@ void addHeuristics(CbcModel& model) {
   model.addHeuristic(&rins);
 }
 
-// The tree search below the root, on what preprocessing left.
+// What a tree search left.
 struct Tree {
   bool hasSolution = false;
   Status status = ZylAlgorithm::Unknown;
@@ -272,8 +279,8 @@ struct Tree {
   long iterations = 0;
 };
 
-Tree search(Task& task, OsiSolverInterface& reduced, double cutoff) {
-  CbcModel model(reduced);
+Tree search(Task& task, OsiSolverInterface& root, double cutoff) {
+  CbcModel model(root);
   model.setLogLevel(0);
   model.messageHandler()->setLogLevel(0);
   model.solver()->setHintParam(OsiDoReducePrint, true, OsiHintTry);
@@ -296,22 +303,20 @@ Tree search(Task& task, OsiSolverInterface& reduced, double cutoff) {
   tree.iterations = model.getIterationCount();
   tree.hasSolution = model.bestSolution() != nullptr;
   tree.bound = model.getBestPossibleObjValue();
-  if (model.isProvenOptimal() && tree.hasSolution) {
-    tree.status = ZylAlgorithm::Optimal;
-  } else if (model.isProvenInfeasible() || (model.isProvenOptimal() && !tree.hasSolution)) {
-    tree.status = ZylAlgorithm::Infeasible;
-  } else if (model.isContinuousUnbounded()) {
+  if (model.isContinuousUnbounded()) {
     tree.status = ZylAlgorithm::InfeasibleOrUnbounded;
+  } else if (model.status() == 0) {
+    // The search has come to its end.
+    tree.status = tree.hasSolution ? ZylAlgorithm::Optimal : ZylAlgorithm::Infeasible;
   }
-  if (tree.hasSolution) reduced.setColSolution(model.bestSolution());
   if (tree.hasSolution) {
-    // Postprocessing reads the solution off the bounds of the integer columns.
-    for (int j = 0; j < reduced.getNumCols(); ++j) {
-      if (!reduced.isInteger(j)) continue;
+    // The continuous columns at their best for the integer ones found.
+    for (int j = 0; j < root.getNumCols(); ++j) {
+      if (!root.isInteger(j)) continue;
       const double value = std::round(model.bestSolution()[j]);
-      reduced.setColBounds(j, value, value);
+      root.setColBounds(j, value, value);
     }
-    reduced.resolve();
+    root.resolve();
   }
   return tree;
 }
@@ -320,13 +325,6 @@ Tree search(Task& task, OsiSolverInterface& reduced, double cutoff) {
 
 ZylCbcResult solveInteger(Task& task) {
   ZylCbcResult result = finished(task, ZylAlgorithm::Unknown);
-  OsiClpSolverInterface root(&task.store.program(), false);
-  root.setHintParam(OsiDoReducePrint, true, OsiHintTry);
-  root.messageHandler()->setLogLevel(0);
-  for (const auto& column : task.store.columns()) {
-    if (column->integer) root.setInteger(column->position);
-  }
-
   std::vector<double> best;
   double bestValue = ZylInfinity;
   if (completeStart(task, &best)) {
@@ -347,7 +345,7 @@ ZylCbcResult solveInteger(Task& task) {
     return result;
   };
 
-  runSimplex(task.store.program(), task);
+  runSimplex(task);
   result.iterations = task.store.program().numberIterations();
   switch (task.store.program().status()) {
     case 0: break;
@@ -360,29 +358,22 @@ ZylCbcResult solveInteger(Task& task) {
   }
   const double rootBound = task.store.program().objectiveValue();
 
-  OsiClpSolverInterface relaxation(root);
-  relaxation.messageHandler()->setLogLevel(0);
-  relaxation.setHintParam(OsiDoReducePrint, true, OsiHintTry);
-  relaxation.resolve();
-  CglPreProcess process;
-  process.messageHandler()->setLogLevel(0);
-  OsiSolverInterface* reduced = process.preProcess(relaxation, false, 5);
-  if (reduced == nullptr) {
-    // The relaxation is feasible and bounded, so no integer point is there.
-    if (best.empty()) return finished(task, ZylAlgorithm::Infeasible);
-    return keepBest(ZylAlgorithm::Optimal, bestValue);
+  // A copy: the search fixes columns in it.
+  OsiClpSolverInterface root(new ClpSimplex(task.store.program()), /*reallyOwn=*/true);
+  root.setHintParam(OsiDoReducePrint, true, OsiHintTry);
+  root.messageHandler()->setLogLevel(0);
+  for (const auto& column : task.store.columns()) {
+    if (column->integer) root.setInteger(column->position);
   }
-  reduced->messageHandler()->setLogLevel(0);
-  reduced->setHintParam(OsiDoReducePrint, true, OsiHintTry);
-  reduced->resolve();
+  // No preprocessing: that of this solver has been seen to lose the optimum of small models.
+  root.initialSolve();
   const double cutoff =
       best.empty() ? NoLimit * 10 : bestValue - Improvement * std::max(1.0, std::fabs(bestValue));
-  const Tree tree = search(task, *reduced, cutoff);
+  const Tree tree = search(task, root, cutoff);
   result.nodes = tree.nodes;
   result.iterations += tree.iterations;
   if (tree.hasSolution) {
-    process.postProcess(*reduced);
-    best = valuesOf(relaxation.getColSolution(), relaxation.getNumCols());
+    best = valuesOf(root.getColSolution(), root.getNumCols());
     bestValue = minimumOf(task, best);
   }
   switch (tree.status) {
