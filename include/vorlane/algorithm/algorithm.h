@@ -87,12 +87,14 @@ class ZYL_EXPORT ZylAlgorithm {
     ZylAlgorithmI* _algorithm;
     ZylExtractableArray _extractables;
   };
+  /// The engine refused objects that it was given.
   class ZYL_EXPORT CannotExtractException : public Refusal {
    public:
     explicit CannotExtractException(ZylAlgorithmI* algorithm);
     CannotExtractException(ZylAlgorithmI* algorithm, const ZylExtractableI* first);
     void print(std::ostream& stream) const override;
   };
+  /// The engine refused an edit.
   class ZYL_EXPORT CannotChangeException : public Refusal {
    public:
     explicit CannotChangeException(ZylAlgorithmI* algorithm);
@@ -100,6 +102,7 @@ class ZYL_EXPORT ZylAlgorithm {
     CannotChangeException(ZylAlgorithmI* algorithm, const ZylExtractableArray& objects);
     void print(std::ostream& stream) const override;
   };
+  /// The engine refused a removal.
   class ZYL_EXPORT CannotRemoveException : public Refusal {
    public:
     explicit CannotRemoveException(ZylAlgorithmI* algorithm);
@@ -117,6 +120,7 @@ class ZYL_EXPORT ZylAlgorithm {
     const ZylAlgorithmI* _algorithm;
     const ZylExtractableI* _extractable;
   };
+  /// A value of the objective was asked for, and there is no objective.
   class ZYL_EXPORT NoObjectiveException : public Exception {
    public:
     explicit NoObjectiveException(const ZylAlgorithmI* algorithm);

@@ -19,6 +19,7 @@ class ZYL_EXPORT ForAllRangeChange : public ZylChange {
 };
 }  // namespace zyl::detail
 
+/// Both bounds of the range were set.
 class ZYL_EXPORT ZylSetForAllRangeBounds final : public zyl::detail::ForAllRangeChange {
   ZYL_CHANGE(ZylSetForAllRangeBounds, ZylChange)
  public:
@@ -32,6 +33,7 @@ class ZYL_EXPORT ZylSetForAllRangeBounds final : public zyl::detail::ForAllRange
   double _upper;
 };
 
+/// The lower bound of the range was set.
 class ZYL_EXPORT ZylSetForAllRangeLB final : public zyl::detail::ForAllRangeChange {
   ZYL_CHANGE(ZylSetForAllRangeLB, ZylChange)
  public:
@@ -43,6 +45,7 @@ class ZYL_EXPORT ZylSetForAllRangeLB final : public zyl::detail::ForAllRangeChan
   double _lower;
 };
 
+/// The upper bound of the range was set.
 class ZYL_EXPORT ZylSetForAllRangeUB final : public zyl::detail::ForAllRangeChange {
   ZYL_CHANGE(ZylSetForAllRangeUB, ZylChange)
  public:
@@ -54,6 +57,7 @@ class ZYL_EXPORT ZylSetForAllRangeUB final : public zyl::detail::ForAllRangeChan
   double _upper;
 };
 
+/// The coefficient of a variable in the range was set.
 class ZYL_EXPORT ZylSetForAllRangeLinearCoef final : public zyl::detail::ForAllRangeChange {
   ZYL_CHANGE(ZylSetForAllRangeLinearCoef, ZylChange)
  public:
@@ -67,6 +71,7 @@ class ZYL_EXPORT ZylSetForAllRangeLinearCoef final : public zyl::detail::ForAllR
   double _newValue;
 };
 
+/// The coefficients of variables in the range were set, position by position.
 class ZYL_EXPORT ZylSetForAllRangeLinearCoefs final : public zyl::detail::ForAllRangeChange {
   ZYL_CHANGE(ZylSetForAllRangeLinearCoefs, ZylChange)
  public:

@@ -326,6 +326,7 @@ class ZYL_EXPORT ZylIntArray2 : public zyl::detail::ArrayHandle<ZylIntArray2, Zy
   bool contains(const ZylIntArray& array) const;
 };
 
+/// An array of arrays of numbers; `equal` and `contains` as for integers.
 class ZYL_EXPORT ZylNumArray2 : public zyl::detail::ArrayHandle<ZylNumArray2, ZylNumArray> {
   using Base = zyl::detail::ArrayHandle<ZylNumArray2, ZylNumArray>;
 
@@ -339,6 +340,7 @@ class ZYL_EXPORT ZylNumArray2 : public zyl::detail::ArrayHandle<ZylNumArray2, Zy
   bool contains(const ZylNumArray& array) const;
 };
 
+/// An array of arrays of addresses.
 class ZYL_EXPORT ZylAnyArray2 : public zyl::detail::ArrayHandle<ZylAnyArray2, ZylAnyArray> {
   using Base = zyl::detail::ArrayHandle<ZylAnyArray2, ZylAnyArray>;
 

@@ -205,6 +205,7 @@ class ZylEnvHashTable : public ZylMemoryManagerObjectI,
   ~ZylEnvHashTable() override { this->end(); }
 };
 
+/// Keys are texts, compared by their characters. The table refers to them and copies none.
 template <class V>
 class ZylStringHashTable : public ZylEnvHashTable<const char*, V> {
  public:
@@ -213,6 +214,7 @@ class ZylStringHashTable : public ZylEnvHashTable<const char*, V> {
                                         &ZylStringCompFunction) {}
 };
 
+/// Keys are addresses.
 template <class V>
 class ZylAddressHashTable : public ZylEnvHashTable<void*, V> {
  public:
@@ -221,6 +223,7 @@ class ZylAddressHashTable : public ZylEnvHashTable<void*, V> {
                                   &ZylAddressCompFunction) {}
 };
 
+/// Keys are integers.
 template <class V>
 class ZylIntegerHashTable : public ZylEnvHashTable<long, V> {
  public:
@@ -229,6 +232,7 @@ class ZylIntegerHashTable : public ZylEnvHashTable<long, V> {
                                  &ZylIntegerCompFunction) {}
 };
 
+/// Keys are numbers, compared as the comparison function does: without a tolerance.
 template <class V>
 class ZylFloatHashTable : public ZylEnvHashTable<double, V> {
  public:

@@ -12,6 +12,7 @@
 class ZYL_EXPORT ZylNamedPropertyI : public ZylRttiMemoryManagerObjectI {
   ZYL_TYPE_MANAGED(ZylNamedPropertyI, ZylRttiMemoryManagerObjectI)
  public:
+  /// Raised where a property has no copy.
   class ZYL_EXPORT Exception : public ZylException {
    public:
     explicit Exception(const char* message) : ZylException(message) {}
@@ -68,8 +69,11 @@ class ZYL_EXPORT ZylPreNamedPropertyI : public ZylNamedPropertyI {
     Value _value;                                                                              \
   };
 
+/// A property of an integer.
 ZYL_VALUE_PROPERTY(ZylNamedIntPropertyI, long)
+/// A property of a number.
 ZYL_VALUE_PROPERTY(ZylNamedNumPropertyI, double)
+/// A property of an address, which the client owns.
 ZYL_VALUE_PROPERTY(ZylNamedAnyPropertyI, void*)
 
 #undef ZYL_VALUE_PROPERTY
@@ -95,6 +99,7 @@ class ZYL_EXPORT ZylNamedStringPropertyI final : public ZylPreNamedPropertyI {
 /// A set of properties with different names. Small: look-up walks a list, newest first.
 class ZYL_EXPORT ZylNamedPropertySetI final : public ZylMemoryManagerObjectI {
  public:
+  /// A cell of the list; `prev` of the first is null.
   struct PropertyList {
     ZylNamedPropertyI* property;
     PropertyList* next;
@@ -203,16 +208,19 @@ class ZYL_EXPORT ZylNamedPropertySet {
    protected:
     void printAround(std::ostream& stream, const char* behind) const;
   };
+  /// A property of that name stands in the set already.
   class ZYL_EXPORT AlreadyPresent : public NameException {
    public:
     using NameException::NameException;
     void print(std::ostream& stream) const override;
   };
+  /// The property of that name is of another type.
   class ZYL_EXPORT BadType : public NameException {
    public:
     using NameException::NameException;
     void print(std::ostream& stream) const override;
   };
+  /// The set has no such property.
   class ZYL_EXPORT NotPresent : public NameException {
    public:
     explicit NotPresent(const char* name) : NameException(name) {}

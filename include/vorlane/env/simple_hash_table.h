@@ -9,6 +9,7 @@
 /// Maps addresses to addresses. Items come from the environment.
 class ZYL_EXPORT ZylSimpleHashTable {
  public:
+  /// A key with its value; the sentinel follows the last of a chain.
   struct Item {
     void* key;
     void* value;

@@ -162,12 +162,14 @@ class ZYL_EXPORT ZylNumSharedVarDomainI final : public ZylNumVarDomainI {
   bool isShared() const override { return true; }
 };
 
+/// Interned, of an integer variable.
 class ZYL_EXPORT ZylIntSharedVarDomainI final : public ZylIntVarDomainI {
  public:
   using ZylIntVarDomainI::ZylIntVarDomainI;
   bool isShared() const override { return true; }
 };
 
+/// Interned, of a boolean variable.
 class ZYL_EXPORT ZylBoolSharedVarDomainI final : public ZylBoolVarDomainI {
  public:
   using ZylBoolVarDomainI::ZylBoolVarDomainI;

@@ -28,6 +28,7 @@ class ZylSharedDomainHash : public ZylEnvHashTable<K, ZylVarDomainI*> {
   }
 };
 
+/// The domains of an environment with integer bounds.
 class ZYL_EXPORT ZylIntSharedDomainHash final : public ZylSharedDomainHash<ZylIntRangeI*> {
  public:
   ZylIntSharedDomainHash(ZylEnvI* env, long buckets)
@@ -35,6 +36,7 @@ class ZYL_EXPORT ZylIntSharedDomainHash final : public ZylSharedDomainHash<ZylIn
                                            &ZylIntDomainCompFunction) {}
 };
 
+/// The domains of an environment with numeric bounds.
 class ZYL_EXPORT ZylNumSharedDomainHash final : public ZylSharedDomainHash<ZylNumRangeI*> {
  public:
   ZylNumSharedDomainHash(ZylEnvI* env, long buckets)

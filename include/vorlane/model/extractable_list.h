@@ -11,6 +11,7 @@
 /// element; a local environment is told of each word before it changes, so that it can undo.
 class ZYL_EXPORT ZylExtractableList {
  public:
+  /// One element and the way on.
   struct Cell {
     Cell* next;
     ZylExtractableI* element;
@@ -39,6 +40,8 @@ class ZYL_EXPORT ZylExtractableList {
   bool isEmpty() const noexcept { return _first == nullptr; }
   Cell* getFirst() const noexcept { return _first; }
 
+  /// Walks the elements in order. Stays good while elements are appended, and while those that it
+  /// does not stand on are removed.
   class Iterator {
    public:
     explicit Iterator(const ZylExtractableList& list) noexcept : _cell(list._first) {}
