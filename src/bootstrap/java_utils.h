@@ -10,6 +10,10 @@
 
 class ZylKvlMessageHandler;
 
+namespace zyl::detail {
+class RuntimeOptions;
+}
+
 class JavaUtils {
  public:
   JavaUtils() = delete;
@@ -65,9 +69,9 @@ class JavaUtils {
   static std::string ZylCatchAndThrowFromJVM();
 
  private:
-  /// Creates the machine if the loader can be had.
-  static void createWithLoader(ZylKvlMessageHandler& handler, bool redirectJavaOutput,
-                               bool requireGenerationalGC);
+  static void createWithOptions(ZylKvlMessageHandler& handler,
+                                const zyl::detail::RuntimeOptions& options,
+                                bool redirectJavaOutput);
 
   // Path of the runtime library in use or chosen; empty means none.
   static std::string _jreRuntimeLibUsed;

@@ -15,9 +15,9 @@ using zyl::detail::trace;
 constexpr char zyl::detail::moduleAnchor = 0;
 
 std::string KVLVTQUtils::_kvlRootDir;
-bool KVLVTQUtils::_kvlRootDirInitDone = false;
+constinit bool KVLVTQUtils::_kvlRootDirInitDone = false;
 std::string KVLVTQUtils::_vtqRootDir;
-bool KVLVTQUtils::_vtqRootDirInitDone = false;
+constinit bool KVLVTQUtils::_vtqRootDirInitDone = false;
 
 namespace {
 

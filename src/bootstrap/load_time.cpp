@@ -20,8 +20,8 @@ void load(const char* path, int flags) {
   const TraceMethod method("load", path);
   if (dlopen(path, flags) != nullptr) return;
   const char* reason = dlerror();
-  std::cerr << path << ": ==> dlerror: " << (reason == nullptr ? "" : reason) << " <=="
-            << std::endl;
+  std::cerr << path << ": ==> dlerror: " << (reason == nullptr ? "" : reason)
+            << " <==" << std::endl;
 }
 
 void SetLibPath() {

@@ -19,11 +19,11 @@ using zyl::detail::boolText;
 using zyl::detail::trace;
 
 std::string JavaUtils::_jreRuntimeLibUsed;
-bool JavaUtils::_jvmInitDone = false;
-bool JavaUtils::_jvmExistingChecked = false;
-bool JavaUtils::_jvmLoaderSet = false;
-bool JavaUtils::_jvmIsOk = false;
-bool JavaUtils::_jvmWasCreatedByUs = false;
+constinit bool JavaUtils::_jvmInitDone = false;
+constinit bool JavaUtils::_jvmExistingChecked = false;
+constinit bool JavaUtils::_jvmLoaderSet = false;
+constinit bool JavaUtils::_jvmIsOk = false;
+constinit bool JavaUtils::_jvmWasCreatedByUs = false;
 
 namespace {
 
@@ -39,12 +39,16 @@ std::string runtimeLibOfHome(const std::string& home) {
   return "";
 }
 
-// Returns a machine of the loader's runtime, null if there is none yet.
-JavaVM* findMachine(jace::VmLoader& loader) {
-  JavaVM* machine = nullptr;
+struct Machines {
+  JavaVM* first = nullptr;
   int count = 0;
-  loader.getCreatedJavaVMs(&machine, 1, &count);
-  return count < 1 ? nullptr : machine;
+};
+
+// A runtime that refuses the question has no machine for us.
+Machines findMachines(jace::VmLoader& loader) {
+  Machines machines;
+  loader.getCreatedJavaVMs(&machines.first, 1, &machines.count);
+  return machines;
 }
 
 }  // namespace
@@ -84,9 +88,9 @@ bool JavaUtils::SetVMLoader() {
   jace::UnixVmLoader loader(_jreRuntimeLibUsed, jniVersion);
   trace("UnixVmLoader or Win32VmLoader created");
   loader.loadVm();
-  if (JavaVM* machine = findMachine(loader); machine != nullptr) {
+  if (const Machines machines = findMachines(loader); machines.count == 1) {
     trace("Already in a VM, using it");
-    jace::helper::setVmLoader(jace::WrapperVmLoader(machine));
+    jace::helper::setVmLoader(jace::WrapperVmLoader(machines.first));
     return true;
   }
   jace::helper::setVmLoader(loader);
@@ -108,7 +112,7 @@ bool JavaUtils::CheckIfExistingJVMAvailable(ZylKvlMessageHandler& handler, bool 
     trace("Found loaded JVM (indirect) ", _jreRuntimeLibUsed.c_str());
     jace::UnixVmLoader loader(_jreRuntimeLibUsed, jniVersion);
     loader.loadVm();
-    found = findMachine(loader) != nullptr;
+    found = findMachines(loader).count >= 1;
     if (!found) loader.unloadVm();
   }
 

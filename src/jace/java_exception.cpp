@@ -46,11 +46,11 @@ ThrowableMethods findThrowableMethods(JNIEnv* env) {
   LocalRef<jclass> throwable(env, findClass(env, "java/lang/Throwable", "java.lang.Throwable"));
   const LocalRef<jclass> klass(env, findClass(env, "java/lang/Class", "java.lang.Class"));
   ThrowableMethods methods = {};
-  methods.getClass = findMethod(env, throwable.get(), "getClass", "()Ljava/lang/Class;",
-                                "Throwable.getClass");
+  methods.getClass =
+      findMethod(env, throwable.get(), "getClass", "()Ljava/lang/Class;", "Throwable.getClass");
   throwable.reset(nullptr);
-  methods.getName = findMethod(env, klass.get(), "getName", "()Ljava/lang/String;",
-                               "Class.getName");
+  methods.getName =
+      findMethod(env, klass.get(), "getName", "()Ljava/lang/String;", "Class.getName");
   // Not called, as no class is mapped to a native one; a runtime without it is not one, though.
   findMethod(env, klass.get(), "getSuperclass", "()Ljava/lang/Class;", "Class.getSuperclass");
   return methods;

@@ -28,6 +28,8 @@ class LocalRef {
     if (old != nullptr) deleteLocalRef(_env, old);
   }
 
+  /// Leaves the reference to the caller.
+  [[nodiscard]] T release() noexcept { return std::exchange(_reference, nullptr); }
   [[nodiscard]] T get() const noexcept { return _reference; }
   explicit operator bool() const noexcept { return _reference != nullptr; }
 

@@ -13,6 +13,13 @@
 #include "vorlane/env/export.h"
 
 namespace jace {
+namespace detail {
+
+template <class Iterator>
+concept TextIterator = std::input_iterator<Iterator> &&
+    std::convertible_to<std::iter_reference_t<Iterator>, std::string>;
+
+}  // namespace detail
 
 /// One option as the runtime's creation takes it: a text and, for hooks, a pointer.
 class ZYL_EXPORT Option {
@@ -80,8 +87,7 @@ class ZYL_EXPORT Verbose : public Option {
 
   /// Takes the texts of [first, last), which may be empty. Two literals are no such range: what
   /// they point to is no text, so they reach the constructor of two options.
-  template <std::input_iterator Iterator>
-    requires std::convertible_to<std::iter_reference_t<Iterator>, std::string>
+  template <detail::TextIterator Iterator>
   Verbose(Iterator first, Iterator last) : _options(first, last) {}
 
   [[nodiscard]] std::string stringValue() const override;
