@@ -155,12 +155,8 @@ TEST_F(ZylCloning, FailedAllocations) {
   Probe* leaf = probe(env, "leaf");
   Probe* top = probe(env, "top", leaf, leaf);
   FailEachAllocation(
+      target, [&] { cloneOf(top); },
       [&] {
-        useUpPools(target);
-        return &other;
-      },
-      [&](ZylEnv&) { cloneOf(top); },
-      [&](ZylEnv&) {
         EXPECT_FALSE(target->isCloningLocked());
         EXPECT_FALSE(target->hasClone(leaf));
       });

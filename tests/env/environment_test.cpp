@@ -6,9 +6,11 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <sstream>
 
 #include "support/probe.h"
+#include "support/recording.h"
 #include "support/support.h"
 #include "vorlane/vorlane.h"
 
@@ -19,18 +21,6 @@ class ZylEnvironment : public EnvTest {
  protected:
   long newId() { return probe(env)->getId(); }
 };
-
-TEST_F(ZylEnvironment, FreedIdsComeBackLastFreedFirst) {
-  Probe* probes[4];
-  for (Probe*& p : probes) p = probe(env);
-  const long first = probes[0]->getId();
-  for (long i = 0; i < 4; ++i) EXPECT_EQ(probes[i]->getId(), first + i);
-  probes[1]->end();
-  probes[2]->end();
-  EXPECT_EQ(newId(), first + 2);
-  EXPECT_EQ(newId(), first + 1);
-  EXPECT_EQ(newId(), first + 4);
-}
 
 TEST(ZylIdManager, TheBoundFallsBySingleStepsOnly) {
   ZylMemory memory(1);
@@ -234,17 +224,11 @@ class Destroyable : public ZylDestroyableI {
 };
 ZYL_TYPE_DEF(Destroyable, ZylDestroyableI)
 
-class EndingAlgorithm : public ZylAlgorithmI {
+class EndingAlgorithm : public RecordingAlgorithm {
  public:
-  EndingAlgorithm(ZylEnvI* env, const char* name) : ZylAlgorithmI(env), _ownName(name) {}
+  EndingAlgorithm(ZylEnvI* env, const char* name)
+      : RecordingAlgorithm(env, nullptr, name), _ownName(name) {}
   ~EndingAlgorithm() override { endOrder.push_back(_ownName); }
-  bool doExtract(const ZylExtractableI*, void**) override { return true; }
-  bool doRemove(const ZylExtractableI*, void*) override { return true; }
-  bool doApply(const ZylChange*, void**, const ZylExtractableI*) override { return true; }
-  double getObjValue() const override { return 0; }
-  using ZylAlgorithmI::getValue;
-  double getValue(const ZylNumVarI*) const override { return 0; }
-  double getValue(const ZylObjectiveI*) const override { return 0; }
 
  private:
   const char* _ownName;
@@ -266,16 +250,12 @@ class EndingDisplay : public ZylKvlDisplayI {
 TEST(ZylEnvEnd, GoesDownInOrder) {
   for (const bool pools : {true, false}) {
     SCOPED_TRACE(pools ? "pools" : "no pools");
-    const char* before = std::getenv("ZYL_NO_MEMORY_MANAGER");
-    if (!pools) {
-      setenv("ZYL_NO_MEMORY_MANAGER", "", 1);
-    } else if (before != nullptr) {
-      continue;
-    }
+    if (pools && std::getenv("ZYL_NO_MEMORY_MANAGER") != nullptr) continue;
+    std::optional<ScopedVariable> variable;
+    if (!pools) variable.emplace("ZYL_NO_MEMORY_MANAGER", "");
     endOrder.clear();
     Probe::Died.clear();
     ZylEnv env;
-    if (before == nullptr) unsetenv("ZYL_NO_MEMORY_MANAGER");
     EXPECT_EQ(env.getImpl()->usesMemoryManager(), pools);
     EXPECT_EQ(env.getImpl()->getFlags() & ZylEnvI::MemoryManagerFlag, pools ? 1 : 0);
     ZylEnvI* impl = env.getImpl();
@@ -303,10 +283,8 @@ TEST(ZylEnvEnd, GoesDownInOrder) {
 }
 
 TEST(ZylEnvEnd, WithoutPoolsGraphsAreReleasedWhole) {
-  const char* before = std::getenv("ZYL_NO_MEMORY_MANAGER");
-  setenv("ZYL_NO_MEMORY_MANAGER", "0", 1);
+  const ScopedVariable variable("ZYL_NO_MEMORY_MANAGER", "0");
   ZylEnv env;
-  if (before == nullptr) unsetenv("ZYL_NO_MEMORY_MANAGER");
   ASSERT_FALSE(env.getImpl()->usesMemoryManager());
   ZylNumVar x(env);
   ZylNumVar y(env, 0, 1, ZylNumVar::Int, "y");
@@ -368,17 +346,15 @@ TEST(ZylDestroyableList, RefusesAHashOutside) {
 
 TEST(ZylEnvCreation, EachFailureIsTheMemoryExceptionAndLeavesNothing) {
   for (const bool pools : {true, false}) {
-    const char* before = std::getenv("ZYL_NO_MEMORY_MANAGER");
-    if (!pools) setenv("ZYL_NO_MEMORY_MANAGER", "1", 1);
-    const long failures = FailEachAllocation([] { return std::make_unique<ZylEnv*>(nullptr); },
-                                             [](ZylEnv*&) {
-                                               ZylEnv env;
-                                               zyl::detail::failAllocation = nullptr;
-                                               env.end();
-                                             },
-                                             [](ZylEnv*&) {});
-    EXPECT_GT(failures, 20);
-    if (before == nullptr) unsetenv("ZYL_NO_MEMORY_MANAGER");
+    std::optional<ScopedVariable> variable;
+    if (!pools) variable.emplace("ZYL_NO_MEMORY_MANAGER", "1");
+    const auto nothing = [] { return std::make_unique<int>(0); };
+    const auto create = [](int&) {
+      ZylEnv env;
+      zyl::detail::failAllocation = nullptr;
+      env.end();
+    };
+    EXPECT_GT(FailEachAllocation(nothing, create, [](int&) {}), 20);
   }
 }
 
@@ -386,17 +362,14 @@ TEST_F(ZylEnvironment, ObjectsFailCleanly) {
   // Object, name and record, each in turn.
   long before = 0;
   FailEachAllocation(
+      impl,
       [&] {
-        useUpPools(impl);
         before = impl->getMemoryUsage();
-        return &env;
+        probe(env, "a name that is long enough for a block of its own, with some more");
       },
-      [](ZylEnv& e) {
-        probe(e, "a name that is long enough for a block of its own, with some more");
-      },
-      [&](ZylEnv& e) {
+      [&] {
         EXPECT_EQ(impl->getMemoryUsage(), before);
-        Probe* p = probe(e);
+        Probe* p = probe(env);
         EXPECT_EQ(impl->getIdManager()->getLive(p->getId()), p);
         p->end();
       });
@@ -467,62 +440,44 @@ TEST_F(ZylEnvironment, DeleterOperationsWithoutOne) {
   EXPECT_EQ(Probe::Living, living - 1);
 }
 
-struct EmptyCase {
-  const char* name;
-  void (*call)(const ZylEnv& env);
-  const char* text;
-};
-void PrintTo(const EmptyCase& row, std::ostream* stream) { *stream << row.name; }
-class ZylEnvEmptyHandle : public testing::TestWithParam<EmptyCase> {};
-
-TEST_P(ZylEnvEmptyHandle, Raises) {
-  const ZylEnv empty(static_cast<ZylEnvI*>(nullptr));
-  EXPECT_TRUE(
-      RaisesWith<ZylEmptyHandleException>([&] { GetParam().call(empty); }, GetParam().text));
+TEST(ZylEnvHandle, RaisesIfItIsEmpty) {
+  const ZylEnv e(static_cast<ZylEnvI*>(nullptr));
+  ExpectEachRaises<ZylEmptyHandleException>("ZylEnv: Using empty handle",
+                                            {[&] { e.getName(); },
+                                             [&] { e.setName("x"); },
+                                             [&] { e.getObject(); },
+                                             [&] { e.setObject(nullptr); },
+                                             [&] { e.getProperties(); },
+                                             [&] { e.setProperties(ZylNamedPropertySet()); },
+                                             [&] { e.removeAllProperties(); },
+                                             [&] { e.addProperty(ZylNamedProperty()); },
+                                             [&] { e.addClonedProperty(ZylNamedProperty()); },
+                                             [&] { e.addProperties(ZylNamedPropertySet()); },
+                                             [&] { e.hasProperty("x"); },
+                                             [&] { e.getProperty("x"); },
+                                             [&] { e.getPropertyI("x"); },
+                                             [&] { e.getStringProperty("x"); },
+                                             [&] { e.getAnyProperty("x"); },
+                                             [&] { e.getNumProperty("x"); },
+                                             [&] { e.getIntProperty("x"); },
+                                             [&] { e.setStringProperty("x", ""); },
+                                             [&] { e.setAnyProperty("x", nullptr); },
+                                             [&] { e.setNumProperty("x", 0); },
+                                             [&] { e.setIntProperty("x", 0); },
+                                             [&] { e.removeProperty("x"); }});
+  ExpectEachRaises<ZylEmptyHandleException>(
+      "Using empty handle.", {[&] { e.getSymbol("x"); }, [&] { e.makeSymbol("x"); }});
 }
 
-const char* const Empty = "ZylEnv: Using empty handle";
-INSTANTIATE_TEST_SUITE_P(
-    Operations, ZylEnvEmptyHandle,
-    testing::Values(
-        EmptyCase{"getName", [](const ZylEnv& e) { e.getName(); }, Empty},
-        EmptyCase{"setName", [](const ZylEnv& e) { e.setName("x"); }, Empty},
-        EmptyCase{"getObject", [](const ZylEnv& e) { e.getObject(); }, Empty},
-        EmptyCase{"setObject", [](const ZylEnv& e) { e.setObject(nullptr); }, Empty},
-        EmptyCase{"getProperties", [](const ZylEnv& e) { e.getProperties(); }, Empty},
-        EmptyCase{"setProperties", [](const ZylEnv& e) { e.setProperties(ZylNamedPropertySet()); },
-                  Empty},
-        EmptyCase{"removeAll", [](const ZylEnv& e) { e.removeAllProperties(); }, Empty},
-        EmptyCase{"addProperty", [](const ZylEnv& e) { e.addProperty(ZylNamedProperty()); }, Empty},
-        EmptyCase{"addCloned", [](const ZylEnv& e) { e.addClonedProperty(ZylNamedProperty()); },
-                  Empty},
-        EmptyCase{"addProperties", [](const ZylEnv& e) { e.addProperties(ZylNamedPropertySet()); },
-                  Empty},
-        EmptyCase{"hasProperty", [](const ZylEnv& e) { e.hasProperty("x"); }, Empty},
-        EmptyCase{"getProperty", [](const ZylEnv& e) { e.getProperty("x"); }, Empty},
-        EmptyCase{"getPropertyI", [](const ZylEnv& e) { e.getPropertyI("x"); }, Empty},
-        EmptyCase{"getString", [](const ZylEnv& e) { e.getStringProperty("x"); }, Empty},
-        EmptyCase{"getAny", [](const ZylEnv& e) { e.getAnyProperty("x"); }, Empty},
-        EmptyCase{"getNum", [](const ZylEnv& e) { e.getNumProperty("x"); }, Empty},
-        EmptyCase{"getInt", [](const ZylEnv& e) { e.getIntProperty("x"); }, Empty},
-        EmptyCase{"setString", [](const ZylEnv& e) { e.setStringProperty("x", ""); }, Empty},
-        EmptyCase{"setAny", [](const ZylEnv& e) { e.setAnyProperty("x", nullptr); }, Empty},
-        EmptyCase{"setNum", [](const ZylEnv& e) { e.setNumProperty("x", 0); }, Empty},
-        EmptyCase{"setInt", [](const ZylEnv& e) { e.setIntProperty("x", 0); }, Empty},
-        EmptyCase{"remove", [](const ZylEnv& e) { e.removeProperty("x"); }, Empty},
-        EmptyCase{"getSymbol", [](const ZylEnv& e) { e.getSymbol("x"); }, "Using empty handle."},
-        EmptyCase{"makeSymbol", [](const ZylEnv& e) { e.makeSymbol("x"); }, "Using empty handle."}),
-    [](const auto& row) { return row.param.name; });
-
 TEST_F(ZylEnvironment, ArgumentsThatAreMissing) {
-  const char* text = "ZylEnv: Using empty string";
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.hasProperty(nullptr); }, text));
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.setIntProperty(nullptr, 1); }, text));
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.removeProperty(nullptr); }, text));
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.addProperty(ZylNamedProperty()); },
-                                                  "ZylNamedProperty: Using empty handle"));
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { env.addProperties(ZylNamedPropertySet()); },
-                                                  "ZylNamedPropertySet: Using empty handle"));
+  ExpectEachRaises<ZylEmptyHandleException>(
+      "ZylEnv: Using empty string",
+      {[&] { env.hasProperty(nullptr); }, [&] { env.setIntProperty(nullptr, 1); },
+       [&] { env.removeProperty(nullptr); }});
+  ExpectEachRaises<ZylEmptyHandleException>(
+      {{"ZylNamedProperty: Using empty handle", [&] { env.addProperty(ZylNamedProperty()); }},
+       {"ZylNamedPropertySet: Using empty handle",
+        [&] { env.addProperties(ZylNamedPropertySet()); }}});
   EXPECT_FALSE(impl->hasProperty(nullptr));
 }
 

@@ -13,44 +13,23 @@
 namespace zyl::test {
 namespace {
 
-struct ScopedVariable {
-  ScopedVariable(const char* variable, const char* value) : name(variable) {
-    setenv(variable, value, 1);
-  }
-  ~ScopedVariable() { unsetenv(name); }
-  const char* name;
-};
-
-struct IndexCase {
-  const char* name;
-  long size;
-  long index;
-  long cell;
-};
-void PrintTo(const IndexCase& row, std::ostream* stream) { *stream << row.name; }
-
-class ZylMemoryIndex : public testing::TestWithParam<IndexCase> {};
-
-TEST_P(ZylMemoryIndex, PicksTheSmallestClassThatHolds) {
-  const IndexCase& row = GetParam();
+TEST(ZylMemory, PicksTheSmallestClassThatHolds) {
+  struct Row {
+    long size, index, cell;
+  };
   ZylMemory memory(1);
-  EXPECT_EQ(memory.getIndex(row.size), row.index);
-  EXPECT_EQ(memory.getClass(row.index)->getSize(), row.cell);
-  void* block = memory.alloc(row.size);
-  EXPECT_EQ(memory.getMemoryUsage(), row.cell);
-  memory.free(block, row.size);
-  EXPECT_EQ(memory.getMemoryUsage(), 0);
+  for (const Row& row :
+       {Row{1, 0, 8}, Row{8, 0, 8}, Row{9, 1, 16}, Row{64, 7, 64}, Row{65, 8, 128},
+        Row{128, 8, 128}, Row{129, 9, 256}, Row{2048, 12, 2048}, Row{4000, 13, 4096}}) {
+    SCOPED_TRACE(testing::Message() << row.size << " bytes");
+    EXPECT_EQ(memory.getIndex(row.size), row.index);
+    EXPECT_EQ(memory.getClass(row.index)->getSize(), row.cell);
+    void* block = memory.alloc(row.size);
+    EXPECT_EQ(memory.getMemoryUsage(), row.cell);
+    memory.free(block, row.size);
+    EXPECT_EQ(memory.getMemoryUsage(), 0);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Borders, ZylMemoryIndex,
-                         testing::Values(IndexCase{"one", 1, 0, 8}, IndexCase{"eight", 8, 0, 8},
-                                         IndexCase{"nine", 9, 1, 16}, IndexCase{"s64", 64, 7, 64},
-                                         IndexCase{"s65", 65, 8, 128},
-                                         IndexCase{"s128", 128, 8, 128},
-                                         IndexCase{"s129", 129, 9, 256},
-                                         IndexCase{"s2048", 2048, 12, 2048},
-                                         IndexCase{"s4000", 4000, 13, 4096}),
-                         [](const auto& row) { return row.param.name; });
 
 TEST(ZylMemory, LargeBlocksAreCountedExactlyAndNoClassServesThem) {
   ZylMemory memory(1);
@@ -64,41 +43,31 @@ TEST(ZylMemory, LargeBlocksAreCountedExactlyAndNoClassServesThem) {
   EXPECT_EQ(memory.alloc(0), nullptr);
 }
 
-struct LimitCase {
-  const char* name;
-  const char* value;
-  long limit;
-  long classes;
-};
-void PrintTo(const LimitCase& row, std::ostream* stream) { *stream << row.name; }
-class ZylMemoryLimit : public testing::TestWithParam<LimitCase> {};
-
-TEST_P(ZylMemoryLimit, IsReadFromTheProcess) {
-  const LimitCase& row = GetParam();
-  ScopedVariable variable("ZYL_MEMORY_MANAGER_LIMIT", row.value);
-  ZylMemory memory(1);
-  EXPECT_EQ(memory.getLimit(), row.limit);
-  EXPECT_EQ(memory.getClassCount(), row.classes);
-  if (row.limit > 0) {
-    void* pooled = memory.alloc(row.limit - 1);
-    EXPECT_GT(memory.getMemoryUsage(), row.limit - 2);
-    memory.free(pooled, row.limit - 1);
+TEST(ZylMemory, TheLimitIsReadFromTheProcess) {
+  struct Row {
+    const char* value;
+    long limit, classes;
+  };
+  for (const Row& row : {Row{"64", 64, 8}, Row{"65", 65, 9}, Row{"1000", 1000, 12}, Row{"0", 0, 8},
+                         Row{"-5", -5, 8}, Row{"abc", 0, 8}, Row{"4294967396", 100, 9}}) {
+    SCOPED_TRACE(row.value);
+    const ScopedVariable variable("ZYL_MEMORY_MANAGER_LIMIT", row.value);
+    ZylMemory memory(1);
+    EXPECT_EQ(memory.getLimit(), row.limit);
+    EXPECT_EQ(memory.getClassCount(), row.classes);
+    if (row.limit > 0) {
+      void* pooled = memory.alloc(row.limit - 1);
+      EXPECT_GT(memory.getMemoryUsage(), row.limit - 2);
+      memory.free(pooled, row.limit - 1);
+    }
+    const long size = row.limit > 0 ? row.limit : 8;
+    const long before = memory.getMemoryUsage();
+    void* block = memory.alloc(size);
+    std::memset(block, 1, static_cast<std::size_t>(size));
+    EXPECT_EQ(memory.getMemoryUsage() - before, size) << "a large block has no class size";
+    memory.free(block, size);
   }
-  const long size = row.limit > 0 ? row.limit : 8;
-  const long before = memory.getMemoryUsage();
-  void* block = memory.alloc(size);
-  std::memset(block, 1, static_cast<std::size_t>(size));
-  EXPECT_EQ(memory.getMemoryUsage() - before, size) << "a large block has no class size";
-  memory.free(block, size);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Values, ZylMemoryLimit,
-    testing::Values(LimitCase{"sixtyFour", "64", 64, 8}, LimitCase{"sixtyFive", "65", 65, 9},
-                    LimitCase{"thousand", "1000", 1000, 12}, LimitCase{"zero", "0", 0, 8},
-                    LimitCase{"negative", "-5", -5, 8}, LimitCase{"noNumber", "abc", 0, 8},
-                    LimitCase{"narrowed", "4294967396", 100, 9}),
-    [](const auto& row) { return row.param.name; });
 
 TEST(ZylMemory, CutsABlockFromItsStartAndGivesTheTailToSmallerClasses) {
   ZylMemory memory(1);

@@ -102,9 +102,13 @@ TEST(ZylNumber, ParsesNumbers) {
 }
 
 TEST(ZylNumber, ParsesIntegers) {
-  const std::pair<const char*, long> rows[] = {{"maxint2", ZylIntMax}, {"-maxint", ZylIntMin},
-                                               {"truest", 1},          {"false", 0},
-                                               {"-17", -17},           {" 42", 42}};
+  const std::pair<const char*, long> rows[] = {{"maxint2", ZylIntMax},
+                                               {"-maxint", ZylIntMin},
+                                               {"truest", 1},
+                                               {"false", 0},
+                                               {"-17", -17},
+                                               {" 42", 42},
+                                               {"", 0}};
   for (const auto& [text, value] : rows) EXPECT_EQ(ZylParseInt(text), value) << text;
 }
 
@@ -115,17 +119,12 @@ TEST(ZylNumber, RefusedTextsTellTheirKind) {
     ZylParsingNumberMismatch::Type type;
   };
   using M = ZylParsingNumberMismatch;
-  const Row rows[] = {{"1.5x", true, M::BadNum},
-                      {"", false, M::BadInt},
-                      {"x", true, M::BadNum},
-                      {"1..5", true, M::BadNum},
-                      {"0x10", true, M::BadNum},
-                      {"1e999", true, M::OutOfRange},
-                      {"1e-999", true, M::OutOfRange},
-                      {"1.5", false, M::BadInt},
-                      {"99999999999999999999", false, M::OutOfRange}};
+  const Row rows[] = {
+      {"1.5x", true, M::BadNum},      {"x", true, M::BadNum},
+      {"1..5", true, M::BadNum},      {"0x10", true, M::BadNum},
+      {"1e999", true, M::OutOfRange}, {"1e-999", true, M::OutOfRange},
+      {"1.5", false, M::BadInt},      {"99999999999999999999", false, M::OutOfRange}};
   for (const Row& row : rows) {
-    if (row.text[0] == '\0') continue;
     try {
       if (row.number) {
         static_cast<void>(ZylParseNum(row.text));

@@ -146,19 +146,10 @@ TEST(ZylPlugInManager, EndsWhatIsLeft) {
 
 TEST_F(ZylPlugIns, AFailedRegistrationChangesNothing) {
   Named* p = plugIn("p");
+  const char* name = "a name of some length, so that it needs a block of a size of its own";
   FailEachAllocation(
-      [&] {
-        useUpPools(impl);
-        return manager;
-      },
-      [&](ZylPlugInManager& m) {
-        m.add(p, "a name of some length, so that it needs a block of a size of its own");
-      },
-      [&](ZylPlugInManager& m) {
-        EXPECT_FALSE(
-            m.isCreated(Named::GetTypeInfo(),
-                        "a name of some length, so that it needs a block of a size of its own"));
-      });
+      impl, [&] { manager->add(p, name); },
+      [&] { EXPECT_FALSE(manager->isCreated(Named::GetTypeInfo(), name)); });
 }
 
 }  // namespace

@@ -42,15 +42,12 @@ TEST_F(ZylSymbols, UnknownTexts) {
 }
 
 TEST_F(ZylSymbols, AFailedOneIsNotThere) {
+  const char* text = "a text of more than a few words, in a large enough block";
   FailEachAllocation(
+      impl, [&] { env.makeSymbol(text); },
       [&] {
-        useUpPools(impl);
-        return &env;
-      },
-      [](ZylEnv& e) { e.makeSymbol("a text of more than a few words, in a large enough block"); },
-      [&](ZylEnv& e) {
-        EXPECT_FALSE(impl->hasSymbol("a text of more than a few words, in a large enough block"));
-        e.makeSymbol("other");
+        EXPECT_FALSE(impl->hasSymbol(text));
+        env.makeSymbol("other");
       });
   FailingAllocator failing(1);
   EXPECT_THROW(env.getSymbol("absent"), ZylMemoryException);

@@ -83,11 +83,7 @@ TEST_F(ZylTypedLists, AnInterruptedClassificationListsNothingTwice) {
     if (!asked) impl->getTypedLists().end(impl);
     for (int i = 0; i < 300; ++i) made.push_back(probe(env));
     FailEachAllocation(
-        [&] {
-          useUpPools(impl);
-          return &env;
-        },
-        [&](ZylEnv&) { listed(Probe::GetTypeInfo()); }, [](ZylEnv&) {});
+        impl, [&] { listed(Probe::GetTypeInfo()); }, [] {});
     std::sort(made.begin(), made.end());
     EXPECT_EQ(all(), made);
   }
@@ -95,16 +91,10 @@ TEST_F(ZylTypedLists, AnInterruptedClassificationListsNothingTwice) {
 
 TEST_F(ZylTypedLists, AConstructorThatRaisesLeavesNoTrace) {
   listed(Probe::GetTypeInfo());
-  useUpPools(impl);
   FailEachAllocation(
-      [&] {
-        useUpPools(impl);
-        return &env;
-      },
-      [](ZylEnv& e) {
-        probe(e, "a name with a block of its own size, long enough for that at least");
-      },
-      [&](ZylEnv&) { EXPECT_TRUE(listed(Probe::GetTypeInfo()).empty()); });
+      impl,
+      [&] { probe(env, "a name with a block of its own size, long enough for that at least"); },
+      [&] { EXPECT_TRUE(listed(Probe::GetTypeInfo()).empty()); });
   EXPECT_EQ(listed(Probe::GetTypeInfo()).size(), 1U);
 }
 

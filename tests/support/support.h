@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <functional>
+#include <initializer_list>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "vorlane/env.h"
 
@@ -57,6 +61,39 @@ testing::AssertionResult RaisesWith(Callable&& callable, const std::string& text
   return testing::AssertionFailure() << "raises nothing";
 }
 
+/// Expects that each of the calls raises exactly a `T` with the text.
+template <class T>
+void ExpectEachRaises(const std::string& text, std::initializer_list<std::function<void()>> calls) {
+  long number = 0;
+  for (const auto& call : calls) EXPECT_TRUE(RaisesWith<T>(call, text)) << "call " << number++;
+}
+
+/// The same where each call has a text of its own.
+template <class T>
+void ExpectEachRaises(
+    std::initializer_list<std::pair<std::string, std::function<void()>>> textsAndCalls) {
+  for (const auto& [text, call] : textsAndCalls) EXPECT_TRUE(RaisesWith<T>(call, text));
+}
+
+/// An environment variable for the length of a scope; then it is as it was.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const char* value) : _name(name) {
+    const char* before = std::getenv(name);
+    _wasSet = before != nullptr;
+    if (_wasSet) _before = before;
+    setenv(name, value, 1);
+  }
+  ~ScopedVariable() { _wasSet ? setenv(_name, _before.c_str(), 1) : unsetenv(_name); }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+ private:
+  const char* _name;
+  bool _wasSet;
+  std::string _before;
+};
+
 /// An environment for the length of a scope.
 struct EnvFixture {
   EnvFixture() = default;
@@ -96,6 +133,22 @@ class FailingAllocator {
   FailingAllocator& operator=(const FailingAllocator&) = delete;
 };
 
+/// Fills every size class, so that the next request goes to the global allocator.
+inline void useUpPools(ZylEnvI* env) {
+  if (!env->usesMemoryManager()) return;
+  for (long size = 8; size < 4000; size = size < 64 ? size + 8 : size * 2) {
+    // The pools tell of a new block by their total.
+    const long before = env->getTotalMemoryUsage();
+    void* block = nullptr;
+    while (env->getTotalMemoryUsage() == before)
+      block = env->alloc(static_cast<unsigned long>(size));
+    const long filled = env->getTotalMemoryUsage();
+    while (env->getTotalMemoryUsage() == filled)
+      block = env->alloc(static_cast<unsigned long>(size));
+    static_cast<void>(block);
+  }
+}
+
 /// Runs `operation(state)` on a fresh `setup()` with the first request failing, then the second,
 /// and so on until it succeeds. Each failure must be a `ZylMemoryException`; `check(state)` runs
 /// after each, with the allocator whole again. Returns the number of failures.
@@ -119,20 +172,15 @@ long FailEachAllocation(Setup setup, Operation operation, Check check) {
   return -1;
 }
 
-/// Fills the size class of `size` so that the next request goes to the global allocator.
-inline void useUpPools(ZylEnvI* env) {
-  if (!env->usesMemoryManager()) return;
-  for (long size = 8; size < 4000; size = size < 64 ? size + 8 : size * 2) {
-    // The pools tell of a new block by their total.
-    const long before = env->getTotalMemoryUsage();
-    void* block = nullptr;
-    while (env->getTotalMemoryUsage() == before)
-      block = env->alloc(static_cast<unsigned long>(size));
-    const long filled = env->getTotalMemoryUsage();
-    while (env->getTotalMemoryUsage() == filled)
-      block = env->alloc(static_cast<unsigned long>(size));
-    static_cast<void>(block);
-  }
+/// The same without a state: each round begins with the pools of `env` used up.
+template <class Operation, class Check>
+long FailEachAllocation(ZylEnvI* env, Operation operation, Check check) {
+  return FailEachAllocation(
+      [env] {
+        useUpPools(env);
+        return env;
+      },
+      [&](ZylEnvI&) { operation(); }, [&](ZylEnvI&) { check(); });
 }
 
 }  // namespace zyl::test
