@@ -48,10 +48,14 @@ __attribute__((constructor)) void my_init() {
   try {
     const TraceMethod method("my_init");
     SetLibPath();
-    const std::string directory = ZylKvlGetCurrentModuleDirPath();
+    std::string directory = ZylKvlGetCurrentModuleDirPath();
     const std::unique_ptr<char[]> before = currentDirectory();
-    // Libraries that the companion needs may be named relative to it.
-    if (before != nullptr) enter(directory.c_str());
+    if (before != nullptr) {
+      // A library found by a relative search path would be looked for below itself in a moment.
+      if (!directory.starts_with('/')) directory = std::string(before.get()) + "/" + directory;
+      // Libraries that the companion needs may be named relative to it.
+      enter(directory.c_str());
+    }
     load((directory + "/libkvl123.so").c_str(), RTLD_LAZY | RTLD_GLOBAL);
     if (before != nullptr) enter(before.get());
   } catch (...) {

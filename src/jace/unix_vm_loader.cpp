@@ -20,9 +20,11 @@ void UnixVmLoader::loadVm() {
   _getCreatedJavaVMs = reinterpret_cast<GetCreatedFunction>(resolve("JNI_GetCreatedJavaVMs"));
 }
 
-void* UnixVmLoader::resolve(const char* name) const {
+void* UnixVmLoader::resolve(const char* name) {
   void* function = dlsym(_handle, name);
   if (function == nullptr) {
+    // What is no runtime must not stay where the search looks for loaded ones.
+    unloadVm();
     throw JNIException(std::string("Unable to resolve the function, ") + name + " from library " +
                        _path);
   }

@@ -33,7 +33,8 @@ class ZYL_EXPORT UnixVmLoader : public VmLoader {
   using CreateFunction = jint(JNICALL*)(JavaVM**, void**, void*);
   using GetCreatedFunction = jint(JNICALL*)(JavaVM**, jsize, jsize*);
 
-  [[nodiscard]] void* resolve(const char* name) const;
+  // Raises `JNIException`, with the library unloaded, if it has no such function.
+  [[nodiscard]] void* resolve(const char* name);
 
   int _jniVersion;
   CreateFunction _createJavaVM = nullptr;

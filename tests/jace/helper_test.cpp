@@ -1,0 +1,194 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+
+#include "bootstrap/child.h"
+#include "jace/interposed.h"
+#include "jace/stub.h"
+
+namespace helper = jace::helper;
+using testing::Contains;
+using testing::Not;
+using zyl::test::failureOf;
+using zyl::test::inChild;
+using zyl::test::installStub;
+
+namespace {
+
+// Outlives the library's own static objects, as an object of a client may.
+struct Survivor {
+  ~Survivor() {
+    if (reference == nullptr) return;
+    helper::deleteGlobalRef(env, reference);
+    std::cout << failureOf(helper::attach) << helper::getVmLoader() << std::endl;
+  }
+  JNIEnv* env = nullptr;
+  jobject reference = nullptr;
+};
+__attribute__((init_priority(101))) Survivor survivor;
+
+TEST(JaceHelper, CreatesAMachineWithTheOptionsInOrder) {
+  const zyl::test::TemporaryDirectory directory;
+  inChild({{"STUB_RECORD", directory.path("record")}}, [] {
+    const jace::UnixVmLoader loader(STUB_RUNTIME_LIBRARY, JNI_VERSION_1_2);
+    jace::OptionList options;
+    options.push_back(jace::CustomOption("-x"));
+    options.push_back(jace::AbortHook(std::abort));
+    helper::createVm(loader, options, /*ignoreUnrecognized=*/true);
+    EXPECT_NE(helper::getVmLoader(), &loader);
+    // The installed loader as the argument of its own replacement.
+    helper::setVmLoader(*helper::getVmLoader());
+    EXPECT_NE(helper::attach(), nullptr);
+    helper::createVm(*helper::getVmLoader(), jace::OptionList(), /*ignoreUnrecognized=*/false);
+  });
+  const std::string record = zyl::test::readFile(directory.path("record"));
+  EXPECT_EQ(record.substr(record.find("JNI")),
+            "JNI_CreateJavaVM 65538 lenient\noption -x\noption abort with pointer\n"
+            "AttachCurrentThread\nJNI_CreateJavaVM 65538 strict\n");
+}
+
+TEST(JaceHelper, TellsWhyThereIsNoMachine) {
+  const struct {
+    const char* rules;
+    std::function<void()> operation;
+    const char* failure;
+  } rows[] = {
+      {"create=-4", [] { helper::createVm(*helper::getVmLoader(), jace::OptionList(), false); },
+       "Unable to create the virtual machine. The error was -4"},
+      {"getCreated=-1", helper::getJavaVM,
+       "JNIHelper::getJavaVM\nUnable to find the JVM. The specific JNI error code is -1"},
+      {"", helper::getJavaVM, "JNIHelper::getJavaVM\nLooking for exactly 1 JVM, but 0 were found."},
+      {"machines=2", helper::detach,
+       "JNIHelper::getJavaVM\nLooking for exactly 1 JVM, but 2 were found."},
+      {"machines=1 attach=-3", helper::attach,
+       "JNIHelper::attach\nUnable to attach the current thread. The specific JNI error code is -3"},
+  };
+  for (const auto& row : rows) {
+    inChild({{"STUB_RUNTIME", row.rules}}, [&] {
+      installStub();
+      EXPECT_EQ(failureOf(row.operation), row.failure);
+    });
+  }
+  EXPECT_EQ(failureOf(helper::getJavaVM), "JNIHelper::getJavaVM\nUnable to find the JVM loader");
+}
+
+// Raises what the operations of the helper do not let out.
+class ForeignLoader : public jace::UnixVmLoader {
+ public:
+  ForeignLoader() : UnixVmLoader("", 0) {}
+  [[nodiscard]] jace::VmLoader* clone() const override { return new ForeignLoader; }
+  int getCreatedJavaVMs(JavaVM**, int, int*) override { throw std::runtime_error("foreign"); }
+};
+
+TEST(JaceHelper, EndsTheProcessOnAnythingButItsOwnException) {
+  constexpr int abortStatus = 1000 + SIGABRT;
+  inChild(
+      {},
+      [] {
+        helper::setVmLoader(ForeignLoader());
+        try {
+          helper::attach();
+        } catch (const std::runtime_error&) {
+        }
+      },
+      abortStatus);
+}
+
+TEST(JaceHelper, CountsReferencesUntilShutdown) {
+  const zyl::test::TemporaryDirectory directory;
+  const std::string record = directory.path("record");
+  const zyl::test::Outcome outcome =
+      inChild({{"STUB_RUNTIME", "machines=1"}, {"STUB_RECORD", record}}, [] {
+        installStub();
+        JNIEnv* env = helper::attach();
+        jobject text = env->NewStringUTF("text");
+        jobject local = helper::newLocalRef(env, text);
+        jobject global = helper::newGlobalRef(env, text);
+        EXPECT_EQ(zyl::test::openLocalRefs(), 2);
+        EXPECT_EQ(zyl::test::openGlobalRefs(), 1);
+        helper::deleteLocalRef(env, local);
+        helper::deleteLocalRef(env, text);
+        EXPECT_EQ(zyl::test::openLocalRefs(), 0);
+        setenv("STUB_RUNTIME", "null=NewGlobalRef null=NewLocalRef", 1);
+        EXPECT_EQ(failureOf([&] { (void)helper::newGlobalRef(env, text); }),
+                  "JNIHelper::newGlobalRef\nUnable to create a new global reference.\nIt is likely "
+                  "that you have exceeded the max heap size of your virtual machine.");
+        EXPECT_EQ(failureOf([&] { (void)helper::newLocalRef(env, text); }),
+                  "JNIHelper::newLocalRef\nUnable to create a new local reference.\nIt is likely "
+                  "that you have exceeded the maximum local reference count.\nYou can increase the "
+                  "maximum count with a call to EnsureLocalCapacity().");
+        helper::detach();
+
+        EXPECT_FALSE(helper::hasShutdown());
+        helper::shutdown();
+        EXPECT_TRUE(helper::hasShutdown());
+        EXPECT_EQ(failureOf(helper::attach), "The VM has already been shutdown.");
+        helper::detach();
+        helper::deleteGlobalRef(env, global);
+        helper::deleteLocalRef(env, text);
+      });
+  const std::vector<std::string> lines = zyl::test::linesOf(zyl::test::readFile(record));
+  EXPECT_THAT(lines, Contains("DetachCurrentThread").Times(1));
+  EXPECT_THAT(lines, Not(Contains("DeleteGlobalRef text")));
+}
+
+TEST(JaceHelper, MarksTheMachineAsGoneBeforeItDeletesTheLoaderAtExit) {
+  const zyl::test::Outcome outcome = inChild({{"STUB_RUNTIME", "machines=1"}}, [] {
+    installStub();
+    survivor.env = helper::attach();
+    survivor.reference = helper::newGlobalRef(survivor.env, survivor.env->NewStringUTF("text"));
+  });
+  EXPECT_EQ(outcome.out, "The VM has already been shutdown.0\n");
+}
+
+TEST(JaceClassLoader, IsKeptForItsThreadByAGlobalReference) {
+  inChild({{"STUB_RUNTIME", "machines=1"}}, [] {
+    installStub();
+    jobject loader = helper::attach()->NewStringUTF("loader");
+    EXPECT_EQ(helper::getClassLoader(), nullptr);
+    EXPECT_EQ(failureOf([&] { helper::setClassLoader(loader); }),
+              "JNIHelper::setClassLoader()\npthread_setspecific() returned 22.");
+    helper::onProcessCreation();
+    helper::onThreadCreation();
+    helper::setClassLoader(loader);
+    EXPECT_EQ(helper::getClassLoader(), loader);
+    helper::onProcessCreation();  // a second one forgets nothing
+    helper::setClassLoader(loader);
+    EXPECT_EQ(zyl::test::openGlobalRefs(), 1);
+    zyl::test::threadKeyFailure = 12;
+    EXPECT_EQ(failureOf([&] { helper::setClassLoader(loader); }),
+              "JNIHelper::setClassLoader()\npthread_setspecific() returned 12.");
+    EXPECT_EQ(zyl::test::openGlobalRefs(), 1);
+    zyl::test::threadKeyFailure = 0;
+    helper::setClassLoader(nullptr);
+    EXPECT_EQ(helper::getClassLoader(), nullptr);
+    EXPECT_EQ(zyl::test::openGlobalRefs(), 0);
+    helper::onThreadDestruction();
+    helper::onProcessDestruction();
+    EXPECT_EQ(failureOf(helper::onProcessDestruction),
+              "JNIHelper::setClassLoader()\nthread_key_delete() returned 22.");
+  });
+}
+
+TEST(JaceClassLoader, TellsWhyThereIsNoKey) {
+  const struct {
+    int code;
+    const char* failure;
+  } rows[] = {{11, "Out of memory"},
+              {12, "Out of memory"},
+              {22, "JNIHelper::setClassLoader()\nphread_key_create() returned 22."}};
+  for (const auto& row : rows) {
+    inChild({}, [&] {
+      zyl::test::threadKeyFailure = row.code;
+      const std::string failure = failureOf(helper::onProcessCreation);
+      zyl::test::threadKeyFailure = 0;
+      EXPECT_EQ(failure, row.failure);
+    });
+  }
+}
+
+}  // namespace

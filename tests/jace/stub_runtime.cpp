@@ -1,0 +1,356 @@
+// A Java runtime without Java: answers what the environment tells it, and records each call.
+//
+// STUB_RUNTIME holds rules, separated by blanks:
+//   getCreated=CODE create=CODE attach=CODE getJavaVM=CODE   what these functions return
+//   machines=N      machines that exist before one is created
+//   missing=NAME    a class or method that cannot be found
+//   throws=NAME     a method that throws when it is called
+//   null=FUNCTION   a function that answers null
+// STUB_RECORD names a file that each call is appended to, and first the directory in which this
+// library was loaded. References are counted: `stubLocalRefs` and `stubGlobalRefs` tell how many
+// have not been given back.
+
+#include <jni.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+// An object, a class (whose text is its name) or a string. They live as long as the process, as
+// does a reference to them.
+struct Object {
+  std::string className;
+  std::string text;
+  std::vector<Object*> elements = {};
+};
+
+struct Method {
+  std::string name;
+};
+
+std::atomic<int> localRefs = 0;
+std::atomic<int> globalRefs = 0;
+std::atomic<int> machines = -1;
+std::mutex recordLock;
+thread_local Object* pending = nullptr;
+thread_local bool attached = false;
+
+std::vector<std::string> rules(const std::string& key) {
+  const char* text = std::getenv("STUB_RUNTIME");
+  std::istringstream stream(text == nullptr ? "" : text);
+  std::vector<std::string> values;
+  for (std::string rule; stream >> rule;) {
+    if (rule.starts_with(key + "=")) values.push_back(rule.substr(key.size() + 1));
+  }
+  return values;
+}
+
+bool hasRule(const std::string& key, const std::string& value) {
+  const std::vector<std::string> values = rules(key);
+  return std::find(values.begin(), values.end(), value) != values.end();
+}
+
+int number(const std::string& key) {
+  const std::vector<std::string> values = rules(key);
+  return values.empty() ? 0 : std::stoi(values.front());
+}
+
+void record(const std::string& line) {
+  const char* file = std::getenv("STUB_RECORD");
+  if (file == nullptr) return;
+  const std::lock_guard<std::mutex> lock(recordLock);
+  std::ofstream(file, std::ios::app) << line << '\n';
+}
+
+// Keeps each of its kind for ever, where a leak checker sees it.
+template <class T>
+T* keep(T value) {
+  static auto* const all = new std::vector<T*>;
+  static std::mutex lock;
+  const std::lock_guard<std::mutex> guard(lock);
+  all->push_back(new T(std::move(value)));
+  return all->back();
+}
+
+template <class Reference = jobject>
+Reference local(Object* object) {
+  if (object != nullptr) ++localRefs;
+  return reinterpret_cast<Reference>(object);
+}
+
+Object* object(jobject reference) { return reinterpret_cast<Object*>(reference); }
+
+Object* makeClass(const std::string& name) { return keep(Object{"java/lang/Class", name}); }
+
+Object* makeString(const std::string& text) { return keep(Object{"java/lang/String", text}); }
+
+void raise(const std::string& className, const std::string& message) {
+  pending = keep(Object{className, message});
+}
+
+std::string dotted(std::string name) {
+  std::replace(name.begin(), name.end(), '/', '.');
+  return name;
+}
+
+jint JNICALL getVersion(JNIEnv*) { return JNI_VERSION_1_8; }
+
+jclass JNICALL findClass(JNIEnv*, const char* name) {
+  record(std::string("FindClass ") + name);
+  if (!hasRule("missing", name)) return local<jclass>(makeClass(name));
+  raise("java/lang/NoClassDefFoundError", name);
+  return nullptr;
+}
+
+jmethodID JNICALL getMethod(JNIEnv*, jclass owner, const char* name, const char* signature) {
+  const std::string text = object(owner)->text + "." + name;
+  record("GetMethodID " + text + signature);
+  if (!hasRule("missing", text)) return reinterpret_cast<jmethodID>(keep(Method{name}));
+  raise("java/lang/NoSuchMethodError", name);
+  return nullptr;
+}
+
+// Whether the call throws in place of being made.
+bool refuses(jmethodID method) {
+  const std::string& name = reinterpret_cast<Method*>(method)->name;
+  record("Call " + name);
+  if (!hasRule("throws", name)) return false;
+  raise("java/lang/IllegalStateException", name);
+  return true;
+}
+
+jobject JNICALL callObjectMethod(JNIEnv*, jobject target, jmethodID method, va_list) {
+  if (refuses(method)) return nullptr;
+  const std::string& name = reinterpret_cast<Method*>(method)->name;
+  if (hasRule("null", name)) return nullptr;
+  const Object& self = *object(target);
+  if (name == "getClass") return local(makeClass(self.className));
+  if (name == "getName") return local(makeString(dotted(self.text)));
+  return local(makeString(dotted(self.className) + ": " + self.text));
+}
+
+void JNICALL callVoidMethod(JNIEnv*, jobject target, jmethodID method, va_list arguments) {
+  if (refuses(method)) return;
+  if (reinterpret_cast<Method*>(method)->name == "rethrowException") {
+    raise("demo/InnerException", object(target)->text);
+  } else {  // printStackTrace, onto a stream that is told by what it was made on
+    object(va_arg(arguments, jobject))->elements[0]->text = "trace of " + object(target)->className;
+  }
+}
+
+void JNICALL callStaticVoidMethod(JNIEnv*, jclass, jmethodID method, va_list arguments) {
+  const bool isMain = reinterpret_cast<Method*>(method)->name == "main";
+  if (isMain) {
+    for (const Object* element : object(va_arg(arguments, jobject))->elements) {
+      record("argument " + element->text);
+    }
+  } else {
+    record(va_arg(arguments, int) != 0 ? "flag true" : "flag false");
+  }
+  refuses(method);
+}
+
+jobject JNICALL newObject(JNIEnv*, jclass owner, jmethodID, va_list arguments) {
+  Object* made = keep(Object{object(owner)->text, ""});
+  record("NewObject " + made->className);
+  if (hasRule("throws", made->className)) {
+    raise("java/lang/OutOfMemoryError", "");
+    return nullptr;
+  }
+  if (made->className == "java/io/PrintStream") {
+    made->elements.push_back(object(va_arg(arguments, jobject)));
+  }
+  return local(made);
+}
+
+jobjectArray JNICALL newObjectArray(JNIEnv*, jsize size, jclass, jobject) {
+  if (hasRule("null", "NewObjectArray")) {
+    raise("java/lang/OutOfMemoryError", "array");
+    return nullptr;
+  }
+  Object array{"[Ljava/lang/String;", ""};
+  array.elements.resize(static_cast<std::size_t>(size));
+  return local<jobjectArray>(keep(array));
+}
+
+void JNICALL setElement(JNIEnv*, jobjectArray array, jsize index, jobject element) {
+  object(array)->elements.at(static_cast<std::size_t>(index)) = object(element);
+}
+
+jstring JNICALL newString(JNIEnv*, const char* text) { return local<jstring>(makeString(text)); }
+
+const char* JNICALL getChars(JNIEnv*, jstring text, jboolean*) {
+  if (hasRule("null", "GetStringUTFChars")) {
+    raise("java/lang/OutOfMemoryError", "characters");
+    return nullptr;
+  }
+  // A copy, so that a caller who does not release it is found out by the leak checker.
+  return strdup(object(text)->text.c_str());
+}
+
+void JNICALL releaseChars(JNIEnv*, jstring, const char* characters) {
+  std::free(const_cast<char*>(characters));  // NOLINT
+}
+
+jclass JNICALL getObjectClass(JNIEnv*, jobject target) {
+  return local<jclass>(makeClass(object(target)->className));
+}
+
+jboolean JNICALL isInstanceOf(JNIEnv*, jobject target, jclass type) {
+  return object(target)->className == object(type)->text ? JNI_TRUE : JNI_FALSE;
+}
+
+jint JNICALL throwObject(JNIEnv*, jthrowable exception) {
+  pending = object(exception);
+  record("Throw " + pending->className);
+  return 0;
+}
+
+jint JNICALL throwNew(JNIEnv*, jclass type, const char* message) {
+  raise(object(type)->text, message);
+  return 0;
+}
+
+jthrowable JNICALL exceptionOccurred(JNIEnv*) { return local<jthrowable>(pending); }
+jboolean JNICALL exceptionCheck(JNIEnv*) { return pending != nullptr ? JNI_TRUE : JNI_FALSE; }
+void JNICALL exceptionClear(JNIEnv*) { pending = nullptr; }
+void JNICALL exceptionDescribe(JNIEnv*) {
+  record("ExceptionDescribe " + (pending == nullptr ? "nothing" : pending->className));
+}
+
+jobject JNICALL newGlobalRef(JNIEnv*, jobject target) {
+  if (target == nullptr || hasRule("null", "NewGlobalRef")) return nullptr;
+  record("NewGlobalRef " + object(target)->text);
+  ++globalRefs;
+  return target;
+}
+
+void JNICALL deleteGlobalRef(JNIEnv*, jobject target) {
+  record("DeleteGlobalRef " + object(target)->text);
+  --globalRefs;
+}
+
+jobject JNICALL newLocalRef(JNIEnv*, jobject target) {
+  return hasRule("null", "NewLocalRef") ? nullptr : local(object(target));
+}
+
+void JNICALL deleteLocalRef(JNIEnv*, jobject target) {
+  if (target != nullptr) --localRefs;
+}
+
+extern JavaVM machine;
+extern JNIEnv environment;
+
+jint JNICALL getJavaVM(JNIEnv*, JavaVM** vm) {
+  *vm = &machine;
+  return number("getJavaVM");
+}
+
+jint JNICALL attachThread(JavaVM*, void** env, void*) {
+  record("AttachCurrentThread");
+  *env = &environment;
+  attached = number("attach") == 0;
+  return number("attach");
+}
+
+jint JNICALL detachThread(JavaVM*) {
+  record("DetachCurrentThread");
+  attached = false;
+  return 0;
+}
+
+jint JNICALL getEnv(JavaVM*, void** env, jint) {
+  *env = attached ? &environment : nullptr;
+  return attached ? JNI_OK : JNI_EDETACHED;
+}
+
+const JNINativeInterface_& functions() {
+  static const JNINativeInterface_ table = [] {
+    JNINativeInterface_ f = {};
+    f.GetVersion = getVersion;
+    f.FindClass = findClass;
+    f.GetMethodID = getMethod;
+    f.GetStaticMethodID = getMethod;
+    f.CallObjectMethodV = callObjectMethod;
+    f.CallVoidMethodV = callVoidMethod;
+    f.CallStaticVoidMethodV = callStaticVoidMethod;
+    f.NewObjectV = newObject;
+    f.NewObjectArray = newObjectArray;
+    f.SetObjectArrayElement = setElement;
+    f.NewStringUTF = newString;
+    f.GetStringUTFChars = getChars;
+    f.ReleaseStringUTFChars = releaseChars;
+    f.GetObjectClass = getObjectClass;
+    f.IsInstanceOf = isInstanceOf;
+    f.Throw = throwObject;
+    f.ThrowNew = throwNew;
+    f.ExceptionOccurred = exceptionOccurred;
+    f.ExceptionCheck = exceptionCheck;
+    f.ExceptionClear = exceptionClear;
+    f.ExceptionDescribe = exceptionDescribe;
+    f.NewGlobalRef = newGlobalRef;
+    f.DeleteGlobalRef = deleteGlobalRef;
+    f.NewLocalRef = newLocalRef;
+    f.DeleteLocalRef = deleteLocalRef;
+    f.GetJavaVM = getJavaVM;
+    return f;
+  }();
+  return table;
+}
+
+const JNIInvokeInterface_ invokeFunctions = {nullptr,      nullptr,      nullptr, nullptr,
+                                             attachThread, detachThread, getEnv,  nullptr};
+JavaVM machine = {&invokeFunctions};
+JNIEnv environment = {&functions()};
+
+int machineCount() {
+  int unknown = -1;
+  machines.compare_exchange_strong(unknown, number("machines"));
+  return machines;
+}
+
+}  // namespace
+
+#define STUB_EXPORT extern "C" __attribute__((visibility("default")))
+
+STUB_EXPORT jint JNICALL JNI_CreateJavaVM(JavaVM** vm, void** env, void* arguments) {
+  const auto& given = *static_cast<JavaVMInitArgs*>(arguments);
+  record("JNI_CreateJavaVM " + std::to_string(given.version) +
+         (given.ignoreUnrecognized == JNI_TRUE ? " lenient" : " strict"));
+  for (jint i = 0; i < given.nOptions; ++i) {
+    record(std::string("option ") + given.options[i].optionString +
+           (given.options[i].extraInfo == nullptr ? "" : " with pointer"));
+  }
+  const int result = number("create");
+  if (result != 0) return result;
+  machines = 1;
+  attached = true;
+  *vm = &machine;
+  *env = &environment;
+  return JNI_OK;
+}
+
+STUB_EXPORT jint JNICALL JNI_GetCreatedJavaVMs(JavaVM** vms, jsize size, jsize* count) {
+  const int result = number("getCreated");
+  if (result != 0) return result;
+  *count = machineCount();
+  if (*count > 0 && size > 0) *vms = &machine;
+  return JNI_OK;
+}
+
+__attribute__((constructor)) static void recordLoading() {
+  char directory[4096];
+  if (getcwd(directory, sizeof directory) != nullptr) record(std::string("loaded in ") + directory);
+}
+
+STUB_EXPORT int stubLocalRefs() { return localRefs; }
+STUB_EXPORT int stubGlobalRefs() { return globalRefs; }
