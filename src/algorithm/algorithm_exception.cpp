@@ -40,7 +40,7 @@ ZylAlgorithm::Exception::Exception(const char* message, long deleteMessage)
     : ZylException(message, deleteMessage) {}
 
 ZylAlgorithm::ExtractFailure::ExtractFailure(const char* typeName) : Exception(typeName) {}
-ZylAlgorithm::RemoveFailure::RemoveFailure() : Exception() {}
+ZylAlgorithm::RemoveFailure::RemoveFailure() = default;
 
 ZylAlgorithm::Refusal::Refusal(const char* message, ZylAlgorithmI* algorithm)
     : Exception(message), _algorithm(algorithm) {

@@ -14,6 +14,7 @@ void (*ZylConstraintI::_addToCP)(ZylAlgorithm, const ZylConstraintI*, void*) = n
 void (*ZylConstraintI::_removeFromCP)(ZylAlgorithm, const ZylConstraintI*, void*) = nullptr;
 
 bool ZylConstraintI::isRefCountedExpr() const { return false; }
+// Not counted, so nothing outlives its end. NOLINTNEXTLINE(bugprone-parent-virtual-call)
 void ZylConstraintI::end() { ZylExtractableI::end(); }
 void ZylConstraintI::release() {}
 ZylConstraintI* ZylConstraintI::getInnerConstraint() { return this; }

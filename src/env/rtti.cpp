@@ -15,6 +15,7 @@ long ZylRtti::getTypeIndex() const noexcept { return GetTypeIndex(); }
 ZylTypeInfo ZylRtti::getTypeInfo() const noexcept { return GetTypeInfo(); }
 bool ZylRtti::isType(ZylTypeInfo type) const noexcept { return type == GetTypeInfo(); }
 
+// The stores go through a builtin. NOLINTNEXTLINE(readability-non-const-parameter)
 void zyl::detail::assignTypeIndex(long* index) {
   // The flag is read before the lock and again inside it, possibly by two threads at once.
   if (__atomic_load_n(index, __ATOMIC_ACQUIRE) != 0) return;

@@ -4,8 +4,6 @@
 #include "vorlane/expr/expr_array.h"
 #include "vorlane/expr/variable_change.h"
 
-using zyl::VariableType;
-
 namespace {
 
 template <class Array>

@@ -164,6 +164,7 @@ void ZylNumVarI::visitSubExtractables(ZylExtractableVisitor* visitor) {
 }
 
 bool ZylNumVarI::isRefCountedExpr() const { return false; }
+// Not counted, so nothing outlives its end. NOLINTNEXTLINE(bugprone-parent-virtual-call)
 void ZylNumVarI::end() { ZylExtractableI::end(); }
 bool ZylNumVarI::isGround() const { return true; }
 bool ZylNumVarI::isDecisionExpr() const { return true; }

@@ -21,7 +21,7 @@ class ZYL_EXPORT ZylVarDomainI {
 
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
   // Storage goes back in `suicide`, which knows the environment.
-  static void operator delete(void*) noexcept {}
+  static void operator delete(void*) noexcept {}  // NOLINT(misc-new-delete-overloads)
   static void operator delete(void*, ZylEnvI*) noexcept {}
 
   virtual double getLB() const = 0;

@@ -66,6 +66,7 @@ class ZYL_EXPORT ZylExprArray : public zyl::detail::HandleArray<ZylExprArray, Zy
 
   using Family::operator[];
   /// The slot takes the argument's reference over, hence by value.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param)
   void add(ZylExpr element) const { checked()->append(element.getImpl()); }
   void add(long count, const ZylExpr& element) const;
   void add(const ZylExprArray& other) const;

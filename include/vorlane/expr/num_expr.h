@@ -139,6 +139,7 @@ class ZYL_EXPORT ZylNumExpr : public ZylNumExprArg {
     assign(other.getImpl());
     return *this;
   }
+  // Releasing what stood here may raise. NOLINTNEXTLINE(performance-noexcept-move-constructor)
   ZylNumExpr& operator=(ZylNumExpr&& other) {
     if (this != &other) adopt(other);
     return *this;
@@ -192,6 +193,7 @@ class ZYL_EXPORT ZylIntExpr : public ZylIntExprArg {
     assign(other.getImpl());
     return *this;
   }
+  // Releasing what stood here may raise. NOLINTNEXTLINE(performance-noexcept-move-constructor)
   ZylIntExpr& operator=(ZylIntExpr&& other) {
     if (this == &other) return *this;
     ZylNumExprI* before = getImpl();

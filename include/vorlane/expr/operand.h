@@ -39,7 +39,7 @@ consteval int classify() {
   else if constexpr (std::is_enum_v<T>)
     return std::convertible_to<T, long> ? OperandKind::Integer : OperandKind::None;
   else if constexpr (!std::is_class_v<T>)
-    return OperandKind::None;
+    return OperandKind::None;  // NOLINT(bugprone-branch-clone): decided here, else last
   else if constexpr (std::derived_from<T, ZylNumVar>)
     return OperandKind::NumVar;
   else if constexpr (std::derived_from<T, ZylIntVar>)
