@@ -195,19 +195,17 @@ TEST_F(ZylObjectives, SeveralCriteria) {
   EXPECT_EQ(objective.getCriterion(1).getImpl(), y.getImpl()) << "a duplicate of what was given";
   EXPECT_EQ(objective.getConst(), 0);
   objective.setConst(0);
-  const std::pair<const char*, std::function<void()>> rows[] = {
-      {"getExpr", [&] { objective.getExpr(); }},
-      {"setExpr", [&] { objective.setExpr(x); }},
-      {"setCoef", [&] { objective.setLinearCoef(x, 1); }},
-      {"setCoef",
-       [&] { objective.setLinearCoefs(ZylNumVarArray(env, 1, x), ZylNumArray(env, 1, 1.0)); }},
-      {"setConst", [&] { objective.setConst(1); }},
-      {"addVar", [&] { objective.getImpl()->addVar(x.getImpl(), 1); }}};
-  for (const auto& [operation, call] : rows) {
-    EXPECT_TRUE(RaisesWith<ZylNotAllowedWithMultiCriterionException>(
-        call,
-        "ZylObjective::" + std::string(operation) + " - not allowed with multi-criterion models"));
-  }
+  const auto text = [](const std::string& operation) {
+    return "ZylObjective::" + operation + " - not allowed with multi-criterion models";
+  };
+  ExpectEachRaises<ZylNotAllowedWithMultiCriterionException>(
+      {{text("getExpr"), [&] { objective.getExpr(); }},
+       {text("setExpr"), [&] { objective.setExpr(x); }},
+       {text("setCoef"), [&] { objective.setLinearCoef(x, 1); }},
+       {text("setCoef"),
+        [&] { objective.setLinearCoefs(ZylNumVarArray(env, 1, x), ZylNumArray(env, 1, 1.0)); }},
+       {text("setConst"), [&] { objective.setConst(1); }},
+       {text("addVar"), [&] { objective.getImpl()->addVar(x.getImpl(), 1); }}});
   objective.normalize();
   objective.end();
 }
