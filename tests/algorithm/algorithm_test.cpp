@@ -135,22 +135,16 @@ TEST_F(ZylAlgorithms, AScopeHoldsWhatDependsOnAnIndex) {
 }
 
 TEST_F(ZylAlgorithms, AnyExceptionUndoesTheCount) {
-  struct Raising : RecordingAlgorithm {
-    using RecordingAlgorithm::RecordingAlgorithm;
-    bool doExtract(const ZylExtractableI* e, void** built) override {
-      if (raises && !e->isType(ZylModelI::GetTypeInfo())) throw ZylWrongUsage("own");
-      return RecordingAlgorithm::doExtract(e, built);
-    }
-    bool raises = true;
+  engine->onExtract = [](const ZylExtractableI& object) {
+    if (object.isType(ZylNumVarI::GetTypeInfo())) throw ZylWrongUsage("own");
   };
-  auto* raising = new Raising(impl);
   model.add(x);
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { raising->load(model.getImpl()); }, "own"));
-  EXPECT_EQ(raising->getUsageCount(x.getImpl()), 0);
-  EXPECT_EQ(raising->getUsageCount(model.getImpl()), 0);
-  raising->raises = false;
-  raising->load(model.getImpl());
-  EXPECT_EQ(raising->getUsageCount(x.getImpl()), 1);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { handle.extract(model); }, "own"));
+  EXPECT_EQ(engine->getUsageCount(x.getImpl()), 0);
+  EXPECT_EQ(engine->getUsageCount(model.getImpl()), 0);
+  engine->onExtract = nullptr;
+  handle.extract(model);
+  EXPECT_EQ(engine->getUsageCount(x.getImpl()), 1);
 }
 
 // --- loading

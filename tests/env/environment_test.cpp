@@ -143,25 +143,6 @@ TEST_F(ZylEnvironment, AFailedMarkArrayLeavesTheLockOpen) {
   impl->releaseMarkArray(held);
 }
 
-class CountingLocalEnv : public ZylLocalEnvI {
- public:
-  using ZylLocalEnvI::ZylLocalEnvI;
-  void* alloc(unsigned long size) override {
-    ++allocs;
-    return getEnv()->getMemory()->alloc(static_cast<long>(size));
-  }
-  void free(void* block, unsigned long size) override {
-    ++frees;
-    getEnv()->getMemory()->free(block, static_cast<long>(size));
-  }
-  void saveValue(void**) override { ++saves; }
-  void saveValue(long*) override { ++saves; }
-  void saveValue(double*) override { ++saves; }
-  long allocs = 0;
-  long frees = 0;
-  long saves = 0;
-};
-
 TEST_F(ZylEnvironment, SwitchesOfThreadSafety) {
   EXPECT_EQ(impl->getMutex(), nullptr);
   impl->useMTSafeAllocation(1);
@@ -178,7 +159,7 @@ TEST_F(ZylEnvironment, SwitchesOfThreadSafety) {
   EXPECT_EQ(impl->getLocalEnv(), nullptr);
   EXPECT_NE(impl->getMutex(), nullptr) << "stays";
 
-  CountingLocalEnv own(impl);
+  RecordingLocalEnv own(impl);
   impl->setLocalEnv(&own);
   EXPECT_TRUE(RaisesWith<ZylNotSupportedOperation>([&] { impl->useMTSafeAllocation(1); },
                                                    "Operation Not Supported."));
@@ -188,7 +169,7 @@ TEST_F(ZylEnvironment, SwitchesOfThreadSafety) {
 }
 
 TEST_F(ZylEnvironment, ALocalEnvironmentServesObjectsAndIds) {
-  CountingLocalEnv local(impl);
+  RecordingLocalEnv local(impl);
   probe(env)->end();  // removals keep an array for the next one
   impl->setLocalEnv(&local);
   Probe* p = probe(env, "name");

@@ -130,11 +130,7 @@ TEST_F(ZylRouting, TheLockIsGivenBackWhateverLeaves) {
 }
 
 TEST_F(ZylRouting, AReceiverMayEndItself) {
-  RecordingAlgorithm* last = algorithm("last");
-  RecordingAlgorithm* ending = algorithm("ending");
-  RecordingAlgorithm* first = algorithm("first");
-  extractInto({last, ending, first}, x);
-  ending->onApply = nullptr;
+  extractInto({algorithm("last")}, x);
   struct EndsItself : RecordingAlgorithm {
     using RecordingAlgorithm::apply;
     using RecordingAlgorithm::RecordingAlgorithm;
@@ -147,9 +143,7 @@ TEST_F(ZylRouting, AReceiverMayEndItself) {
   gone->extract(x.getImpl());
   log.clear();
   x.setLB(2);
-  EXPECT_EQ(log.size(), 4U);
-  EXPECT_EQ(log.front(), "ends");
-  EXPECT_EQ(log.back(), "last: apply ZylSetNumVarBounds");
+  EXPECT_EQ(log, (Log{"ends", "last: apply ZylSetNumVarBounds"}));
 
   RecordingPlugIn* p2 = plugIn("p2");
   plugIn("p3");
@@ -187,21 +181,6 @@ TEST_F(ZylRouting, TheEmancipatedHearNothingAndOutlive) {
 
 // --- the changes themselves
 // -----------------------------------------------------------------------
-
-class ChildLog : public ZylChangeVisitor {
- public:
-  using ZylChangeVisitor::addSubExtractable;
-  using ZylChangeVisitor::removeSubExtractable;
-  void addSubExtractable(ZylExtractableI* parent, ZylExtractableI* child) override {
-    added.emplace_back(parent, child);
-  }
-  void removeSubExtractable(ZylExtractableI* parent, ZylExtractableI* child) override {
-    removed.emplace_back(parent, child);
-  }
-  using Edges = std::vector<std::pair<ZylExtractableI*, ZylExtractableI*>>;
-  Edges added;
-  Edges removed;
-};
 
 class ZylChanges : public EnvTest {};
 

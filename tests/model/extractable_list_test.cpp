@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/probe.h"
+#include "support/recording.h"
 #include "support/support.h"
 
 namespace zyl::test {
@@ -153,25 +154,6 @@ TEST_F(ZylExtractableLists, FailedAllocationsChangeNothing) {
   EXPECT_TRUE(list.isEmpty());
 }
 
-// Undoes as a backtracking allocator does: in reverse, the words that it was told of.
-class UndoingEnv : public ZylLocalEnvI {
- public:
-  using ZylLocalEnvI::ZylLocalEnvI;
-  void* alloc(unsigned long size) override {
-    return getEnv()->getMemory()->alloc(static_cast<long>(size));
-  }
-  void free(void*, unsigned long) override {}  // the storage comes back by undoing
-  void saveValue(void** word) override { _words.emplace_back(word, *word); }
-  void saveValue(long*) override {}
-  void saveValue(double*) override {}
-  void undo() {
-    for (; !_words.empty(); _words.pop_back()) *_words.back().first = _words.back().second;
-  }
-
- private:
-  std::vector<std::pair<void**, void*>> _words;
-};
-
 TEST_F(ZylExtractableLists, ALocalEnvironmentUndoesEveryEdit) {
   Probe* a = probe(env);
   Probe* b = probe(env);
@@ -180,7 +162,7 @@ TEST_F(ZylExtractableLists, ALocalEnvironmentUndoesEveryEdit) {
   const ZylExtractableArray extra = arrayOf({b, c});
   ZylExtractableArray removed(env);
   list.add(arrayOf(before));
-  UndoingEnv local(impl);
+  RecordingLocalEnv local(impl, /*undoes=*/true);
   const std::vector<std::function<void()>> edits = {
       [&] { list.add(b); },
       [&] { list.remove(a); },

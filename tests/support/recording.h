@@ -1,4 +1,4 @@
-// Receivers of changes that write down what they hear.
+// Engines, plug-ins, visitors and local environments that write down what they are told.
 
 #ifndef ZYL_TESTS_SUPPORT_RECORDING_H
 #define ZYL_TESTS_SUPPORT_RECORDING_H
@@ -6,9 +6,11 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "vorlane/algorithm.h"
+#include "vorlane/env/local_env.h"
 #include "vorlane/env/plug_in.h"
 #include "vorlane/model/model.h"
 
@@ -25,6 +27,7 @@ class RecordingAlgorithm : public ZylAlgorithmI {
 
   bool doExtract(const ZylExtractableI* extractable, void** handle) override {
     note("extract", extractable->getRttiTypeName());
+    if (onExtract) onExtract(*extractable);
     if (refuses(extractable->getRttiTypeName())) return false;
     *handle = &handles[extractable->getId() % Handles];
     if (nested) extractChildren(extractable);
@@ -67,6 +70,7 @@ class RecordingAlgorithm : public ZylAlgorithmI {
   double value = 0.0;
   void* lastHandle = nullptr;
   const ZylExtractableI* lastTarget = nullptr;
+  std::function<void(const ZylExtractableI&)> onExtract;
   std::function<void(const ZylChange&)> onApply;
   std::function<void()> onSolve;
 
@@ -106,6 +110,52 @@ class RecordingPlugIn : public ZylNotifiedPlugIn {
  private:
   Log* _log;
   std::string _name;
+};
+
+/// A visitor of changes that notes the edges it hears of.
+class ChildLog : public ZylChangeVisitor {
+ public:
+  using Edges = std::vector<std::pair<ZylExtractableI*, ZylExtractableI*>>;
+  using ZylChangeVisitor::addSubExtractable;
+  using ZylChangeVisitor::removeSubExtractable;
+  void addSubExtractable(ZylExtractableI* parent, ZylExtractableI* child) override {
+    added.emplace_back(parent, child);
+  }
+  void removeSubExtractable(ZylExtractableI* parent, ZylExtractableI* child) override {
+    removed.emplace_back(parent, child);
+  }
+  Edges added;
+  Edges removed;
+};
+
+/// A local environment that counts, and can undo as a backtracking allocator does.
+class RecordingLocalEnv : public ZylLocalEnvI {
+ public:
+  explicit RecordingLocalEnv(ZylEnvI* env, bool undoes = false)
+      : ZylLocalEnvI(env), _undoes(undoes) {}
+  void* alloc(unsigned long size) override {
+    ++allocs;
+    return getEnv()->getMemory()->alloc(static_cast<long>(size));
+  }
+  void free(void* block, unsigned long size) override {
+    ++frees;
+    // Undoing may bring back what refers to the block.
+    if (!_undoes) getEnv()->getMemory()->free(block, static_cast<long>(size));
+  }
+  void saveValue(void** word) override { ++saves, _words.emplace_back(word, *word); }
+  void saveValue(long*) override { ++saves; }
+  void saveValue(double*) override { ++saves; }
+  /// Writes back the pointers that it was told of, the last first.
+  void undo() {
+    for (; !_words.empty(); _words.pop_back()) *_words.back().first = _words.back().second;
+  }
+  long allocs = 0;
+  long frees = 0;
+  long saves = 0;
+
+ private:
+  bool _undoes;
+  std::vector<std::pair<void**, void*>> _words;
 };
 
 }  // namespace zyl::test
