@@ -1,6 +1,8 @@
 #include "vorlane/env/memory.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace zyl::detail {
@@ -15,6 +17,69 @@ void* allocateGlobal(std::size_t size) {
 }
 
 void releaseGlobal(void* block) noexcept { ::operator delete(block); }
+
+namespace {
+
+// Pools below this take block by block.
+constexpr std::size_t SlabsFrom = std::size_t{1} << 20;
+constexpr std::size_t LargestSlab = std::size_t{1} << 26;
+
+}  // namespace
+
+// Window 1 has another place: nothing is found, null neither.
+constinit const std::uintptr_t SlabSource::NoWindows[Windows] = {1};
+
+SlabSource::~SlabSource() {
+  while (_slabs != nullptr) {
+    Slab* slab = _slabs;
+    ZYL_UNPOISON(slab, slab->size);
+    _slabs = slab->next;
+    ::operator delete(slab, std::align_val_t(std::size_t{1} << WindowBits));
+  }
+}
+
+void* SlabSource::cut(std::size_t bytes) noexcept {
+  void* block = _next;
+  ZYL_UNPOISON(block, bytes);
+  _next += bytes;
+  _left -= bytes;
+  _asked += bytes;
+  return block;
+}
+
+void* SlabSource::takeSlow(std::size_t bytes) noexcept {
+  if (_asked + bytes > SlabsFrom && addSlab()) return cut(bytes);
+  _asked += bytes;
+  return nullptr;
+}
+
+bool SlabSource::addSlab() noexcept {
+  constexpr std::size_t Window = std::size_t{1} << WindowBits;
+  // An eighth of what there is: few slabs, and never much more than is needed. What is not touched
+  // yet costs no memory, only addresses.
+  const std::size_t size =
+      std::clamp((_asked / 8 + Window - 1) / Window * Window, Window, LargestSlab);
+  if (ZYL_UNLIKELY(failAllocation != nullptr) && failAllocation()) return false;
+  void* memory = ::operator new(size, std::align_val_t(Window), std::nothrow);
+  if (memory == nullptr) return false;
+  _slabs = new (memory) Slab{_slabs, size};
+  _next = static_cast<char*>(memory) + sizeof(Slab);
+  _left = size - sizeof(Slab);
+  auto* windows = const_cast<std::uintptr_t*>(_windows);
+  if (_windows == NoWindows) {
+    // The first slab carries the table.
+    std::memcpy(_next, NoWindows, sizeof(NoWindows));
+    windows = reinterpret_cast<std::uintptr_t*>(_next);
+    _windows = windows;
+    _next += sizeof(NoWindows);
+    _left -= sizeof(NoWindows);
+  }
+  const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(memory) >> WindowBits;
+  for (std::uintptr_t i = 0; i < size >> WindowBits; ++i)
+    windows[(first + i) % Windows] = first + i;
+  ZYL_POISON(_next, _left);
+  return true;
+}
 
 namespace {
 
@@ -104,9 +169,15 @@ void* ZylFixedSizeAllocatorI::allocateBlock(ZylMemory* memory) {
   const long words =
       _size > zyl::detail::LargestSharedCell ? wordsOf(_size) : zyl::detail::BlockWords;
   const long bytes = (words + 1) * zyl::detail::WordBytes;
-  auto* block = static_cast<void**>(allocateGlobal(static_cast<std::size_t>(bytes)));
-  *block = _blocks;
-  _blocks = block;
+  void** block = nullptr;
+  if (memory != nullptr && words == zyl::detail::BlockWords) {
+    block = static_cast<void**>(memory->_slabs.take(static_cast<std::size_t>(bytes)));
+  }
+  if (block == nullptr) {
+    block = static_cast<void**>(allocateGlobal(static_cast<std::size_t>(bytes)));
+    *block = _blocks;
+    _blocks = block;
+  }
   _total += bytes;
 
   void** cell = block + 1;

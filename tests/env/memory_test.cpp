@@ -166,6 +166,38 @@ TEST(ZylMemory, BlocksNeverOverlap) {
   }
 }
 
+TEST(ZylMemory, LargePoolsKnowTheirBlocksByAddress) {
+  ZylMemory memory(1);
+  const ZylMemory other(1);
+  void* const early = memory.alloc(64);
+  EXPECT_FALSE(memory.owns(early));  // a block of its own
+  // More than one slab of the smallest size.
+  std::vector<void*> blocks;
+  for (int i = 0; i < 100'000; ++i) {
+    blocks.push_back(memory.alloc(64));
+    std::memset(blocks.back(), i, 64);
+  }
+  EXPECT_TRUE(memory.owns(blocks[50'000]));
+  EXPECT_TRUE(memory.owns(blocks.back()));
+  EXPECT_FALSE(memory.owns(&memory));
+  EXPECT_FALSE(memory.owns(nullptr));
+  EXPECT_FALSE(other.owns(blocks.back()));
+  EXPECT_GE(memory.getTotalMemoryUsage(), 100'000 * 64);
+}
+
+TEST(ZylMemory, WithoutMemoryForASlabTakesBlockByBlock) {
+  ZylMemory memory(1);
+  std::vector<void*> blocks;
+  while (blocks.empty() || !memory.owns(blocks.back())) blocks.push_back(memory.alloc(512));
+  // Uses the first slab up; then neither a slab nor a block can be had.
+  {
+    FailingAllocator failing(1);
+    EXPECT_THROW(for (;;) blocks.push_back(memory.alloc(512)), ZylMemoryException);
+  }
+  blocks.push_back(memory.alloc(512));
+  EXPECT_TRUE(memory.owns(blocks.back()));
+}
+
 TEST(ZylAllocationList, CountsFixedCellsByTheirSize) {
   ZylAllocationList fixed(24);
   ZylAllocationList varying;

@@ -107,6 +107,12 @@ class ZYL_EXPORT ZylEnvI {
   const char* intern(const char* text);
 
   ZylMemory* getMemory() noexcept { return &_memory; }
+  /// Whether `object`, which has a `getEnv()`, is of this environment. In large models mostly
+  /// without a look at it, which would be a cache miss.
+  template <class Object>
+  bool isEnvOf(const Object* object) const noexcept {
+    return _memory.owns(object) || object->getEnv() == this;
+  }
   /// This environment as an allocator.
   ZylVorlaneAlloc* getGenAlloc() const noexcept { return _alloc; }
   ZylMemoryManager getMemoryManager() const { return ZylMemoryManager(_alloc); }

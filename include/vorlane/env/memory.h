@@ -1,15 +1,16 @@
 // Size-class pools: many small objects, all of one life.
 //
-// A `ZylMemory` serves small requests from free lists over big blocks, one list for each size class,
-// and larger ones from the global allocator through a linked list. Blocks go back to the global
-// allocator only when the pools are destroyed. Cost: 8 bytes for each block of 4000; no header on
-// the objects. Not synchronised.
+// A `ZylMemory` serves small requests from free lists over big blocks, one list for each size
+// class, and larger ones from the global allocator through a linked list. Blocks go back to the
+// global allocator only when the pools are destroyed. Cost: 8 bytes for each block of 4000; no
+// header on the objects. Pools above a megabyte take their blocks from slabs. Not synchronised.
 
 #ifndef ZYL_ENV_MEMORY_H
 #define ZYL_ENV_MEMORY_H
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 
 #include "vorlane/env/exception.h"
 
@@ -38,6 +39,54 @@ extern ZYL_EXPORT bool (*failAllocation)();
 /// Storage from the global allocator; raises `ZylMemoryException`.
 [[nodiscard]] ZYL_EXPORT void* allocateGlobal(std::size_t size);
 ZYL_EXPORT void releaseGlobal(void* block) noexcept;
+
+/// Where large pools take their blocks from: slabs of some megabytes from the global allocator, on
+/// such borders that an address tells whose slab it lies in. In a large model, whose objects lie
+/// scattered over more memory than the caches hold, that answers "is this object of my
+/// environment?" without a look at the object.
+///
+/// Small pools are left alone, so that an environment of a few objects stays one of a few
+/// kilobytes.
+class ZYL_EXPORT SlabSource {
+ public:
+  SlabSource() = default;
+  ~SlabSource();
+  SlabSource(const SlabSource&) = delete;
+  SlabSource& operator=(const SlabSource&) = delete;
+
+  /// Returns `bytes` that live as long as this source; null if a block of its own does better, or
+  /// if there is no memory for a slab.
+  [[nodiscard]] void* take(std::size_t bytes) noexcept {
+    if (ZYL_LIKELY(bytes <= _left)) return cut(bytes);
+    return takeSlow(bytes);
+  }
+  /// True only if the address lies in a slab of this source; false says nothing.
+  bool owns(const void* address) const noexcept {
+    const std::uintptr_t window = reinterpret_cast<std::uintptr_t>(address) >> WindowBits;
+    return _windows[window % Windows] == window;
+  }
+
+ private:
+  // Slabs consist of whole windows, each window of the address space having one place in the table.
+  // Of windows that share a place the last one counts: beyond 2 gigabytes some slabs go unknown.
+  static constexpr int WindowBits = 21;
+  static constexpr std::size_t Windows = 1024;
+  static const std::uintptr_t NoWindows[Windows];
+
+  struct Slab {
+    Slab* next;
+    std::size_t size;
+  };
+  void* cut(std::size_t bytes) noexcept;
+  void* takeSlow(std::size_t bytes) noexcept;
+  bool addSlab() noexcept;
+
+  const std::uintptr_t* _windows = NoWindows;
+  Slab* _slabs = nullptr;
+  char* _next = nullptr;
+  std::size_t _left = 0;
+  std::size_t _asked = 0;  // bytes asked for so far
+};
 }  // namespace zyl::detail
 
 /// Blocks that come one by one from the global allocator, on a doubly linked list.
@@ -83,7 +132,8 @@ class ZYL_EXPORT ZylFixedSizeAllocatorI {
   ZylFixedSizeAllocatorI& operator=(const ZylFixedSizeAllocatorI&) = delete;
 
   /// Returns a cell. Raises `ZylMemoryException`; a failure changes nothing. `memory`, which may be
-  /// null, is given the rest of a block that is too short for a cell.
+  /// null, is given the rest of a block that is too short for a cell; it may provide the block
+  /// itself, and must then outlive this pool.
   [[nodiscard]] void* alloc(ZylMemory* memory) {
     if (ZYL_LIKELY(_free != nullptr)) {
       void* cell = _free;
@@ -170,23 +220,26 @@ class ZYL_EXPORT ZylMemory {
   long getTotalMemoryUsage() const noexcept;
   /// Does nothing.
   void snapshot() {}
+  /// True only if the object was allocated here; false says nothing. Looks at no object.
+  bool owns(const void* object) const noexcept { return _slabs.owns(object); }
 
   long getLimit() const noexcept { return _limit; }
   long getClassCount() const noexcept { return _classCount; }
   ZylFixedSizeAllocatorI* getClass(long index) const noexcept { return _classes[index]; }
 
  private:
+  friend class ZylFixedSizeAllocatorI;
   // No range test: sizes below the limit always have a class.
   static long ClassOf(long size) noexcept {
     const unsigned long s = static_cast<unsigned long>(size) - 1;
-    return (s >> 3) < 8 ? static_cast<long>(s >> 3)
-                        : 8 + static_cast<long>(std::bit_width(s >> 7));
+    return (s >> 3) < 8 ? static_cast<long>(s >> 3) : 8 + static_cast<long>(std::bit_width(s >> 7));
   }
 
   ZylFixedSizeAllocatorI* _classes[MaxClasses];
   ZylAllocationList* _largeList;
   long _limit;
   long _classCount;
+  zyl::detail::SlabSource _slabs;
 };
 
 #endif
