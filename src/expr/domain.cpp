@@ -47,12 +47,12 @@ void displayValues(std::ostream& stream, const Array& values) {
                            [&](long i) -> std::ostream& { return stream << values[i]; });
 }
 
-constexpr const char* DiscreteText =
-    "SetLB is not supported on a discrete floating point variable";
+constexpr const char* DiscreteText = "SetLB is not supported on a discrete floating point variable";
 
 }  // namespace
 
-// --- float ----------------------------------------------------------------------------------------
+// --- float
+// ----------------------------------------------------------------------------------------
 
 ZylNumVarDomainI::ZylNumVarDomainI(ZylNumArray values) : _lower(0.0), _upper(0.0), _values(values) {
   boundsOf(values, ZylInfinity, &_lower, &_upper);
@@ -103,7 +103,8 @@ ZylVarDomainI* ZylNumVarDomainI::makeClone(ZylEnvI* env) const {
   return clone;
 }
 
-// --- integer --------------------------------------------------------------------------------------
+// --- integer
+// --------------------------------------------------------------------------------------
 
 ZylIntVarDomainI::ZylIntVarDomainI(ZylIntArray values, long any)
     : _lower(0), _upper(0), _values(values), _any(any) {
@@ -168,7 +169,8 @@ ZylVarDomainI* ZylIntVarDomainI::makeClone(ZylEnvI* env) const {
   return clone;
 }
 
-// --- boolean --------------------------------------------------------------------------------------
+// --- boolean
+// --------------------------------------------------------------------------------------
 
 void ZylBoolVarDomainI::setLB(double lower) { _lower = ZylTrunc(lower); }
 void ZylBoolVarDomainI::setUB(double upper) { _upper = ZylTrunc(upper); }

@@ -13,18 +13,18 @@ long bucketOf(std::uint64_t hash, long n) {
 
 // Bounds without a limit share a stand-in, so that they do not all meet in one bucket.
 long hashOf(long lower, long upper, long n) {
-  const auto p = static_cast<std::uint64_t>(
-      ZylIntDataTableHashFunction(isExtreme(lower) ? 13 : lower, n));
-  const auto q = static_cast<std::uint64_t>(
-      ZylIntDataTableHashFunction(isExtreme(upper) ? 113 : upper, n));
+  const auto p =
+      static_cast<std::uint64_t>(ZylIntDataTableHashFunction(isExtreme(lower) ? 13 : lower, n));
+  const auto q =
+      static_cast<std::uint64_t>(ZylIntDataTableHashFunction(isExtreme(upper) ? 113 : upper, n));
   return bucketOf((p * 17) ^ q, n);
 }
 
 long hashOf(double lower, double upper, long n) {
-  const auto p = static_cast<std::uint64_t>(
-      ZylNumDataTableHashFunction(isInfinite(lower) ? -14.0 : lower, n));
-  const auto q = static_cast<std::uint64_t>(
-      ZylNumDataTableHashFunction(isInfinite(upper) ? 27.0 : upper, n));
+  const auto p =
+      static_cast<std::uint64_t>(ZylNumDataTableHashFunction(isInfinite(lower) ? -14.0 : lower, n));
+  const auto q =
+      static_cast<std::uint64_t>(ZylNumDataTableHashFunction(isInfinite(upper) ? 27.0 : upper, n));
   return bucketOf(p + q, n);
 }
 
@@ -63,7 +63,10 @@ ZylVarDomainI* makeShared(ZylEnvI* env, double lower, double upper) {
 
 template <class Range, class Table, class Bound>
 ZylVarDomainI* internShared(ZylEnvI* env, Table* table, Bound lower, Bound upper) {
-  if (ZylVarDomainI* domain = known(table, lower, upper)) return domain;
+  if (ZylVarDomainI* domain = table->getRecent(lower, upper)) return domain;
+  if (ZylVarDomainI* domain = known(table, lower, upper)) {
+    return table->setRecent(lower, upper, domain);
+  }
   auto* key = new (env) Range(env, lower, upper);
   try {
     return enter(env, table, key, makeShared(env, lower, upper));

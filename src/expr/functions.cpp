@@ -36,7 +36,7 @@ ZylEnvI* envOf(const ZylExtractableArray& array) { return array.getEnv().getImpl
 void checkElements(const ZylExtractableArray& array, const ZylEnvI* env, const char* mismatch) {
   for (long i = 0; i < array.getSize(); ++i) {
     if (array.getI(i) == nullptr) ZylRaiseEmptyHandle();
-    if (array.getI(i)->getEnv() != env) ZylRaiseWrongUsage(mismatch);
+    if (!env->isEnvOf(array.getI(i))) ZylRaiseWrongUsage(mismatch);
   }
 }
 

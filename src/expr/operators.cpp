@@ -34,8 +34,6 @@ long ZylDivOverflow(double a, double b) {
 
 namespace zyl::detail {
 
-constinit thread_local ZylEnvI* recentTermEnv = nullptr;
-
 // --- sums
 // -----------------------------------------------------------------------------------------
 

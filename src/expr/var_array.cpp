@@ -43,7 +43,8 @@ To integersOf(const ZylNumVarArray& variables) {
 
 }  // namespace
 
-// --- ZylNumVarArray -------------------------------------------------------------------------------
+// --- ZylNumVarArray
+// -------------------------------------------------------------------------------
 
 ZylNumVarArray::ZylNumVarArray(const ZylEnv& env, long n, double lower, double upper, Type type)
     : ZylNumVarArray(env, 0) {
@@ -95,7 +96,8 @@ ZylIntExprArray ZylNumVarArray::toIntExprArray() const {
 }
 ZylNumExprArray ZylNumVarArray::toNumExprArray() const { return rewrapped<ZylNumExprArray>(*this); }
 
-// --- ZylIntVarArray -------------------------------------------------------------------------------
+// --- ZylIntVarArray
+// -------------------------------------------------------------------------------
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, long n, long lower, long upper)
     : ZylIntVarArray(env, 0) {
@@ -106,9 +108,8 @@ ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, const ZylIntArray& lower,
                                const ZylIntArray& upper)
     : ZylIntVarArray(env, 0) {
   checkedArray(upper);
-  fill(this, checkedArray(lower).getSize(), [&](long i) {
-    return ZylIntVar(env, lower[i], i < upper.getSize() ? upper[i] : 0);
-  });
+  fill(this, checkedArray(lower).getSize(),
+       [&](long i) { return ZylIntVar(env, lower[i], i < upper.getSize() ? upper[i] : 0); });
 }
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, const ZylIntArray& lower, long upper)
@@ -139,7 +140,8 @@ ZylNumVarArray ZylIntVarArray::toNumVarArray() const { return rewrapped<ZylNumVa
 ZylIntExprArray ZylIntVarArray::toIntExprArray() const { return rewrapped<ZylIntExprArray>(*this); }
 ZylNumExprArray ZylIntVarArray::toNumExprArray() const { return rewrapped<ZylNumExprArray>(*this); }
 
-// --- ZylBoolVarArray ------------------------------------------------------------------------------
+// --- ZylBoolVarArray
+// ------------------------------------------------------------------------------
 
 ZylBoolVarArray::ZylBoolVarArray(const ZylEnv& env, long n, long lower, long upper)
     : ZylBoolVarArray(env, 0) {
@@ -154,10 +156,15 @@ ZylBoolVarArray::ZylBoolVarArray(const ZylIntVarArray& variables)
   }
 }
 
-ZylIntExprArray ZylBoolVarArray::toIntExprArray() const { return rewrapped<ZylIntExprArray>(*this); }
-ZylNumExprArray ZylBoolVarArray::toNumExprArray() const { return rewrapped<ZylNumExprArray>(*this); }
+ZylIntExprArray ZylBoolVarArray::toIntExprArray() const {
+  return rewrapped<ZylIntExprArray>(*this);
+}
+ZylNumExprArray ZylBoolVarArray::toNumExprArray() const {
+  return rewrapped<ZylNumExprArray>(*this);
+}
 
-// --- ZylSemiContVarArray --------------------------------------------------------------------------
+// --- ZylSemiContVarArray
+// --------------------------------------------------------------------------
 
 ZylSemiContVarArray::ZylSemiContVarArray(const ZylEnv& env, long n, double threshold, double upper,
                                          Type type)

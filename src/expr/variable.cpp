@@ -199,7 +199,9 @@ ZylIntLinTermI* ZylNumVarI::toIntLinTermI() {
   return new (_env) ZylIntLinTermI(ZylIntLinExprTerm(_env->newTerm(this, 1.0)));
 }
 
-bool ZylNumVarI::isInteger() const { return _domain != nullptr && _domain->getType() != zyl::Float; }
+bool ZylNumVarI::isInteger() const {
+  return _domain != nullptr && _domain->getType() != zyl::Float;
+}
 
 double ZylNumVarI::eval(const ZylAlgorithm algorithm) const {
   auto* self = const_cast<ZylNumVarI*>(this);  // NOLINT: handles are mutable
@@ -216,7 +218,8 @@ double ZylNumVarI::eval(const ZylAlgorithm algorithm) const {
   }
 }
 
-// --- bounds ---------------------------------------------------------------------------------------
+// --- bounds
+// ---------------------------------------------------------------------------------------
 
 double ZylNumVarI::getLB() const { return _domain != nullptr ? _domain->getLB() : 0.0; }
 double ZylNumVarI::getUB() const { return _domain != nullptr ? _domain->getUB() : ZylInfinity; }

@@ -44,7 +44,8 @@ ZylNumVarI* makeOnValues(const ZylEnv& env, const Array& values, VariableType ty
 
 }  // namespace
 
-// --- ZylNumVar ------------------------------------------------------------------------------------
+// --- ZylNumVar
+// ------------------------------------------------------------------------------------
 
 namespace {
 constexpr const char* NumText = "Using empty ZylNumVar handle.";
@@ -98,7 +99,8 @@ ZylNumVar ZylNumVar::getClone(const ZylEnv& env) const {
   return ZylNumVar(static_cast<ZylNumVarI*>(checkedEnv(env)->getClone(checked(NumText))));
 }
 
-// --- ZylIntVar ------------------------------------------------------------------------------------
+// --- ZylIntVar
+// ------------------------------------------------------------------------------------
 
 const char* const ZylIntVar::AnyDomainProperty = "ZylIntVar::AnyDomainProperty";
 
@@ -147,7 +149,8 @@ void ZylIntVar::setPossibleValues(const ZylIntArray& values) const {
 
 ZylAnyArray ZylIntVar::getAnyDomain() const {
   try {
-    return ZylAnyArray(static_cast<ZylArrayI*>(checked(IntText)->getAnyProperty(AnyDomainProperty)));
+    return ZylAnyArray(
+        static_cast<ZylArrayI*>(checked(IntText)->getAnyProperty(AnyDomainProperty)));
   } catch (const ZylNamedPropertySet::NotPresent&) {
     return ZylAnyArray();
   }
@@ -157,7 +160,8 @@ ZylIntVar ZylIntVar::getClone(const ZylEnv& env) const {
   return ZylIntVar(static_cast<ZylNumVarI*>(checkedEnv(env)->getClone(checked(IntText))));
 }
 
-// --- ZylBoolVar -----------------------------------------------------------------------------------
+// --- ZylBoolVar
+// -----------------------------------------------------------------------------------
 
 namespace {
 bool isZeroOrOne(double bound) { return bound == 0.0 || bound == 1.0; }
@@ -185,7 +189,8 @@ ZylBoolVar::ZylBoolVar(const ZylNumVar& variable) : ZylIntVar(variable.getImpl()
   if (!isZeroOrOne(variable.getLB()) || !isZeroOrOne(variable.getUB())) throw ZylBadConversion();
 }
 
-// --- ZylSemiContVar -------------------------------------------------------------------------------
+// --- ZylSemiContVar
+// -------------------------------------------------------------------------------
 
 ZylSemiContVar::ZylSemiContVar(const ZylEnv& env, double threshold, double upper, Type type,
                                const char* name) {

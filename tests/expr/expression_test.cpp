@@ -227,5 +227,44 @@ TEST_F(ExpressionTest, SurvivesAFailingAllocator) {
   build([](State& state) { ZylSum(ZylNumVarArray(state.env, 2, state.x, state.y)) + state.e; });
 }
 
+// Where variables lie in slabs, the test of the environment goes by their addresses.
+TEST(ZylExpr, KnowsTheVariablesOfALargeEnvironment) {
+  EnvFixture env;
+  EnvFixture other;
+  const ZylNumVarArray x(env.env, 50'000, 0.0, 1.0);
+  const ZylNumVarArray y(other.env, 50'000, 0.0, 1.0);
+  ZylExpr e(env.env);
+  for (const long i : {0L, 49'999L}) {
+    e += 2 * x[i];
+    e -= x[i];
+    EXPECT_THROW(e += 2 * y[i], ZylWrongUsage);
+    EXPECT_THROW(e -= y[i], ZylWrongUsage);
+    EXPECT_THROW(ZylScalProd(ZylNumVarArray(env.env, 1, y[i]), ZylNumArray(env.env, 1, 1.0)),
+                 ZylWrongUsage);
+  }
+  e.normalize();
+  EXPECT_EQ(e.getLinearIterator().getCoef(), 1.0);
+  e.end();
+}
+
+// A term that no operator took over costs nothing; each that did has a record of its own.
+TEST(ZylNumLinExprTerm, MakesItsRecordWhenItIsTaken) {
+  EnvFixture env;
+  const ZylNumVar x(env.env, 0, 1);
+  const long before = env->getMemoryUsage();
+  const ZylNumLinExprTerm term = 3 * x;
+  EXPECT_EQ((-term).getCoef(), -3.0);
+  EXPECT_EQ(term.getCoef(), 3.0);
+  EXPECT_EQ(env->getMemoryUsage(), before);
+  EXPECT_EQ(term.getImpl(), term.getImpl());
+  EXPECT_EQ((-term).getImpl(), term.getImpl());
+  EXPECT_EQ(term.getCoef(), -3.0);
+  ZylExpr e(env.env);
+  e -= term;
+  EXPECT_EQ(e.getLinearIterator().getImpl(), term.getImpl());
+  EXPECT_EQ(e.getLinearIterator().getCoef(), 3.0);
+  e.end();
+}
+
 }  // namespace
 }  // namespace zyl::test

@@ -31,7 +31,8 @@ class ZYL_EXPORT ZylConversionI final : public ZylExtractableI {
   ZylNumVar::Type _type;
 };
 
-/// Handle of a conversion. Raises `ZylEmptyHandleException` for an empty argument; arrays are copied.
+/// Handle of a conversion. Raises `ZylEmptyHandleException` for an empty argument; arrays are
+/// copied.
 class ZYL_EXPORT ZylConversion : public ZylExtractable {
   ZYL_HANDLE(ZylConversion, ZylExtractable, ZylConversionI)
  public:

@@ -115,8 +115,8 @@ class ZYL_EXPORT ZylIntVarDomainI : public ZylVarDomainI {
   ZylVarDomainI* makeClone(ZylEnvI* env) const override;
   bool isIntDomain() const override { return true; }
 
-  /// Removes the values outside the new bounds, and appends every integer between the old bounds and
-  /// wider new ones: the values are not sorted afterwards.
+  /// Removes the values outside the new bounds, and appends every integer between the old bounds
+  /// and wider new ones: the values are not sorted afterwards.
   void cleanArray(long newLower, long newUpper);
 
  private:

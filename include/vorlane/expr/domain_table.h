@@ -3,6 +3,8 @@
 #ifndef ZYL_EXPR_DOMAIN_TABLE_H
 #define ZYL_EXPR_DOMAIN_TABLE_H
 
+#include <utility>
+
 #include "vorlane/collection/range.h"
 #include "vorlane/env/hash_table.h"
 #include "vorlane/expr/domain.h"
@@ -18,6 +20,7 @@ template <class K>
 class ZylSharedDomainHash : public ZylEnvHashTable<K, ZylVarDomainI*> {
  public:
   using Table = ZylEnvHashTable<K, ZylVarDomainI*>;
+  using Bound = decltype(std::declval<K>()->getLB());
   using Table::Table;
   ~ZylSharedDomainHash() override {
     ZylEnvI* env = this->getEnv();
@@ -26,6 +29,22 @@ class ZylSharedDomainHash : public ZylEnvHashTable<K, ZylVarDomainI*> {
       delete range;
     });
   }
+
+  /// The last answer, which variables that are stated in a row ask for again and again; null for
+  /// other bounds.
+  ZylVarDomainI* getRecent(Bound lower, Bound upper) const noexcept {
+    return lower == _recentLower && upper == _recentUpper ? _recent : nullptr;
+  }
+  ZylVarDomainI* setRecent(Bound lower, Bound upper, ZylVarDomainI* domain) noexcept {
+    _recentLower = lower;
+    _recentUpper = upper;
+    return _recent = domain;
+  }
+
+ private:
+  Bound _recentLower = 0;
+  Bound _recentUpper = 0;
+  ZylVarDomainI* _recent = nullptr;
 };
 
 /// The domains of an environment with integer bounds.

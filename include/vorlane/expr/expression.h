@@ -58,10 +58,10 @@ class ZYL_EXPORT ZylExpr : public ZylNumExpr {
   ZylExpr& operator-=(double constant);
   ZylExpr& operator*=(double factor);
   ZylExpr& operator/=(double divisor);
-  ZylExpr& operator+=(const ZylNumLinExprTerm& term) { return addTerm(term.getImpl()); }
-  ZylExpr& operator+=(const ZylIntLinExprTerm& term) { return addTerm(term.getImpl()); }
-  ZylExpr& operator-=(const ZylNumLinExprTerm& term) { return subtractTerm(term.getImpl()); }
-  ZylExpr& operator-=(const ZylIntLinExprTerm& term) { return subtractTerm(term.getImpl()); }
+  ZylExpr& operator+=(const ZylNumLinExprTerm& term) { return addTerm(term); }
+  ZylExpr& operator+=(const ZylIntLinExprTerm& term) { return addTerm(term); }
+  ZylExpr& operator-=(const ZylNumLinExprTerm& term) { return subtractTerm(term); }
+  ZylExpr& operator-=(const ZylIntLinExprTerm& term) { return subtractTerm(term); }
   ZylExpr& operator+=(const ZylNumVar& variable) { return addVar(variable.getImpl()); }
   ZylExpr& operator+=(const ZylIntVar& variable) { return addVar(variable.getImpl()); }
   ZylExpr& operator-=(const ZylNumVar& variable) { return subtractVar(variable.getImpl()); }
@@ -102,37 +102,29 @@ class ZYL_EXPORT ZylExpr : public ZylNumExpr {
   }
   ZylNumLinTermI* unshare();
 
-  ZylExpr& addTerm(ZylNumLinExprTermI* term) {
-    if (ZYL_UNLIKELY(checkedNode()->getEnv() != term->_var->getEnv())) {
-      zyl::detail::raiseAddMismatch();
-    }
-    writable()->append(term);
+  ZylExpr& addTerm(const zyl::detail::TermHandle& term) {
+    ZylEnvI* env = checkedNode()->getEnv();
+    if (ZYL_UNLIKELY(!env->isEnvOf(term.getVarI()))) zyl::detail::raiseAddMismatch();
+    ZylNumLinTermI* node = writable();
+    node->append(term.takeRecord(env));
     return *this;
   }
-  ZylExpr& subtractTerm(ZylNumLinExprTermI* term) {
-    if (ZYL_UNLIKELY(checkedNode()->getEnv() != term->_var->getEnv())) {
-      zyl::detail::raiseSubtractMismatch();
-    }
+  ZylExpr& subtractTerm(const zyl::detail::TermHandle& term) {
+    ZylEnvI* env = checkedNode()->getEnv();
+    if (ZYL_UNLIKELY(!env->isEnvOf(term.getVarI()))) zyl::detail::raiseSubtractMismatch();
     ZylNumLinTermI* node = writable();
-    term->_coef = -term->_coef;
-    node->append(term);
+    ZylNumLinExprTermI* record = term.takeRecord(env);
+    record->_coef = -record->_coef;
+    node->append(record);
     return *this;
   }
   ZylExpr& addVar(ZylNumVarI* variable) {
-    ZylEnvI* env = checkedNode()->getEnv();
     if (ZYL_UNLIKELY(variable == nullptr)) ZylRaiseEmptyHandle();
-    if (ZYL_UNLIKELY(env != variable->getEnv())) zyl::detail::raiseAddMismatch();
-    ZylNumLinTermI* node = writable();
-    node->append(env->newTerm(variable, 1.0));
-    return *this;
+    return addTerm(zyl::detail::TermHandle(variable, 1.0));
   }
   ZylExpr& subtractVar(ZylNumVarI* variable) {
-    ZylEnvI* env = checkedNode()->getEnv();
     if (ZYL_UNLIKELY(variable == nullptr)) ZylRaiseEmptyHandle();
-    if (ZYL_UNLIKELY(env != variable->getEnv())) zyl::detail::raiseSubtractMismatch();
-    ZylNumLinTermI* node = writable();
-    node->append(env->newTerm(variable, -1.0));
-    return *this;
+    return subtractTerm(zyl::detail::TermHandle(variable, 1.0));
   }
 };
 

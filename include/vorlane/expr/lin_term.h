@@ -10,26 +10,57 @@
 
 class ZylNumVarArray;
 
-/// The value of `3.5 * x`: a term that no node owns yet, to be consumed by exactly one operator.
-class ZYL_EXPORT ZylNumLinExprTerm {
+namespace zyl::detail {
+
+/// What the two term handles share: a variable and a coefficient, on the way to one operator.
+///
+/// The record comes into being when it is asked for, which is mostly by the sum that takes it over:
+/// that one knows the environment, so that stating a term looks at no variable.
+class ZYL_EXPORT TermHandle {
  public:
-  explicit ZylNumLinExprTerm(ZylNumLinExprTermI* impl) noexcept : _impl(impl) {}
-  ZylNumLinExprTermI* getImpl() const noexcept { return _impl; }
-  ZylEnvI* getEnvI() const noexcept { return _impl->_var->getEnv(); }
+  TermHandle(ZylNumVarI* variable, double coefficient) noexcept
+      : _variable(variable), _coef(coefficient) {}
+  /// On a record that no node owns.
+  explicit TermHandle(ZylNumLinExprTermI* record) noexcept
+      : _variable(record != nullptr ? record->_var : nullptr), _coef(0.0), _record(record) {}
+
+  /// The record, the same at each call. Raises `ZylMemoryException`.
+  ZylNumLinExprTermI* getImpl() const {
+    if (_record == nullptr && _variable != nullptr) _record = makeRecord(_variable->getEnv());
+    return _record;
+  }
+  /// The same, where the environment is known to be `env`. For the one operator that takes it over.
+  [[nodiscard]] ZylNumLinExprTermI* takeRecord(ZylEnvI* env) const {
+    return ZYL_UNLIKELY(_record != nullptr) ? _record : makeRecord(env);
+  }
+  ZylNumVarI* getVarI() const noexcept { return _variable; }
+  ZylEnvI* getEnvI() const noexcept { return _variable->getEnv(); }
+  double getCoef() const noexcept { return _record != nullptr ? _record->_coef : _coef; }
+  void negate() noexcept {
+    double& coefficient = _record != nullptr ? _record->_coef : _coef;
+    coefficient = -coefficient;
+  }
 
  private:
-  ZylNumLinExprTermI* _impl;
+  ZylNumLinExprTermI* makeRecord(ZylEnvI* env) const { return env->newTerm(_variable, _coef); }
+
+  ZylNumVarI* _variable;
+  double _coef;
+  mutable ZylNumLinExprTermI* _record = nullptr;
+};
+
+}  // namespace zyl::detail
+
+/// The value of `3.5 * x`: a term that no node owns yet, to be consumed by exactly one operator.
+class ZYL_EXPORT ZylNumLinExprTerm : public zyl::detail::TermHandle {
+ public:
+  using TermHandle::TermHandle;
 };
 
 /// The value of `3 * i` for an integer variable.
-class ZYL_EXPORT ZylIntLinExprTerm {
+class ZYL_EXPORT ZylIntLinExprTerm : public zyl::detail::TermHandle {
  public:
-  explicit ZylIntLinExprTerm(ZylNumLinExprTermI* impl) noexcept : _impl(impl) {}
-  ZylNumLinExprTermI* getImpl() const noexcept { return _impl; }
-  ZylEnvI* getEnvI() const noexcept { return _impl->_var->getEnv(); }
-
- private:
-  ZylNumLinExprTermI* _impl;
+  using TermHandle::TermHandle;
 };
 
 /// A linear sum with a double constant.

@@ -70,12 +70,18 @@ auto sumOperand(const T& operand) {
     return toNumExpr(operand);
   }
 }
-inline ZylEnvI* envOf(const ZylNumLinExprTermI* term) noexcept { return term->_var->getEnv(); }
-inline ZylEnvI* envOf(const ZylNumExprI* expr) noexcept { return expr->getEnv(); }
+template <ExprOperand T>
+ZylEnvI* envOf(const T& operand) {
+  if constexpr (TermOperand<T>) {
+    return operand.getEnvI();
+  } else {
+    return toNumExpr(operand)->getEnv();
+  }
+}
 
 template <ExprOperand A, ExprOperand B>
 void checkSum(const A& a, const B& b) {
-  if (ZYL_UNLIKELY(envOf(sumOperand(a)) != envOf(sumOperand(b)))) {
+  if (ZYL_UNLIKELY(envOf(a) != envOf(b))) {
     raiseSumMismatch(SumClassOf<A>, SumClassOf<B>);
   }
 }
@@ -85,38 +91,18 @@ constexpr long negated(long value) noexcept {
   return static_cast<long>(0UL - static_cast<unsigned long>(value));
 }
 
-// The environment of the thread's last term: a guess at that of the next one, never more.
-extern ZYL_EXPORT constinit thread_local ZylEnvI* recentTermEnv
-    __attribute__((tls_model("initial-exec")));
-
-// Returns `env`. A large model's variables lie scattered, so the load that `env` comes from misses
-// the caches; and each term waits for the free list that the one before left behind. Where the
-// guess is right, what follows hangs on a predicted branch instead of on that load, and the misses
-// of several terms overlap: a sum over scattered variables is stated in a sixth less time. The
-// empty statement keeps the compiler from seeing that both are one.
-inline ZylEnvI* predictedEnv(ZylEnvI* env) noexcept {
-  ZylEnvI* guess = recentTermEnv;
-  if (ZYL_UNLIKELY(guess != env)) {
-    recentTermEnv = env;
-    return env;
-  }
-  __asm__("" : "+r"(guess));
-  return guess;
-}
-
-template <VariableOperand T>
-ZylNumLinExprTermI* makeTerm(const T& variable, double coefficient) {
-  ZylNumVarI* impl = variable.getImpl();
-  if (ZYL_UNLIKELY(impl == nullptr)) ZylRaiseEmptyHandle();
-  return predictedEnv(impl->getEnv())->newTerm(impl, coefficient);
+template <class Term, VariableOperand T>
+Term makeTerm(const T& variable, double coefficient) {
+  if (ZYL_UNLIKELY(variable.getImpl() == nullptr)) ZylRaiseEmptyHandle();
+  return Term(variable.getImpl(), coefficient);
 }
 
 template <ExprOperand A, NumberOperand N>
 auto scaled(const A& a, N factor) {
   if constexpr (KindOf<A> == OperandKind::IntVar && IntegerOperand<N>) {
-    return ZylIntLinExprTerm(makeTerm(a, toNum(toInt(factor))));
+    return makeTerm<ZylIntLinExprTerm>(a, toNum(toInt(factor)));
   } else if constexpr (VariableOperand<A>) {
-    return ZylNumLinExprTerm(makeTerm(a, toNum(factor)));
+    return makeTerm<ZylNumLinExprTerm>(a, toNum(factor));
   } else if constexpr (IntExprOperand<A> && IntegerOperand<N>) {
     return ZylIntExprArg(scaleInt(toIntExpr(a), toInt(factor)));
   } else {
@@ -136,7 +122,7 @@ auto shifted(const A& a, N constant) {
 // Raises `text` unless the operands are of one environment.
 template <ExprOperand A, ExprOperand B>
 void checkPair(const A& a, const B& b, const char* text) {
-  if (ZYL_UNLIKELY(envOf(sumOperand(a)) != envOf(sumOperand(b)))) ZylRaiseWrongUsage(text);
+  if (ZYL_UNLIKELY(envOf(a) != envOf(b))) ZylRaiseWrongUsage(text);
 }
 
 }  // namespace zyl::detail
@@ -166,8 +152,9 @@ template <zyl::detail::ExprOperand A>
 auto operator-(const A& a) {
   using namespace zyl::detail;
   if constexpr (TermOperand<A>) {
-    a.getImpl()->_coef = -a.getImpl()->_coef;
-    return a;
+    A negative = a;
+    negative.negate();
+    return negative;
   } else {
     return scaled(a, -1);
   }
