@@ -24,14 +24,16 @@ void run(benchmark::State& state, Alloc alloc, Free release) {
 }
 
 void BM_Alloc_floor(benchmark::State& state) {
-  run(state, [](std::size_t size) { return std::malloc(size); },       // NOLINT
-      [](void* block, std::size_t) { std::free(block); });             // NOLINT
+  run(
+      state, [](std::size_t size) { return std::malloc(size); },  // NOLINT
+      [](void* block, std::size_t) { std::free(block); });        // NOLINT
 }
 
 void BM_Alloc_vorlane(benchmark::State& state) {
   ZylEnv env;
   ZylEnvI* e = env.getImpl();
-  run(state, [e](std::size_t size) { return e->alloc(size); },
+  run(
+      state, [e](std::size_t size) { return e->alloc(size); },
       [e](void* block, std::size_t size) { e->free(block, size); });
   env.end();
 }

@@ -8,7 +8,8 @@ namespace {
 
 constexpr long Terms = 10;
 
-// --- 1,000,000 ranges of 10 terms over as many variables, scattered columns ------------------------
+// --- 1,000,000 ranges of 10 terms over as many variables, scattered columns
+// ------------------------
 
 void BM_Ranges_floor(benchmark::State& state) {
   const long n = state.range(0);
@@ -16,15 +17,16 @@ void BM_Ranges_floor(benchmark::State& state) {
     state.PauseTiming();
     auto* bump = new floors::Bump();
     std::vector<floors::Variable*> variables;
-    for (long i = 0; i < n; ++i) variables.push_back(bump->make(floors::Variable{0, 1, nullptr, i, 2}));
+    for (long i = 0; i < n; ++i)
+      variables.push_back(bump->make(floors::Variable{0, 1, nullptr, i, 2}));
     std::vector<floors::Row*> rows;
     floors::Scatter scatter(static_cast<std::uint64_t>(n));
     state.ResumeTiming();
     for (long r = 0; r < n; ++r) {
       auto* row = bump->make(floors::Row{nullptr, nullptr, -1e30, 10.0});
       for (long t = 0; t < Terms; ++t) {
-        auto* term = bump->make(floors::Term{variables[scatter.next()], nullptr,
-                                             static_cast<double>(t + 1)});
+        auto* term = bump->make(
+            floors::Term{variables[scatter.next()], nullptr, static_cast<double>(t + 1)});
         if (row->tail != nullptr) {
           row->tail->next = term;
         } else {
@@ -60,7 +62,8 @@ void BM_Ranges_vorlane(benchmark::State& state) {
       model.add(e <= 10.0);
     }
     state.PauseTiming();
-    bytes = (static_cast<double>(env.getTotalMemoryUsage()) - before) / static_cast<double>(n * Terms);
+    bytes =
+        (static_cast<double>(env.getTotalMemoryUsage()) - before) / static_cast<double>(n * Terms);
     env.end();
     state.ResumeTiming();
   }
@@ -94,19 +97,24 @@ void BM_RangesByScalProd_vorlane(benchmark::State& state) {
 
 void BM_RangesByScalProd_floor(benchmark::State& state) { BM_Ranges_floor(state); }
 
-// --- normalising expressions in which every variable stands twice ----------------------------------
+// --- normalising expressions in which every variable stands twice, in scattered order
+// ---------------
+
+// The variable of the t-th of n terms: all of them once in some order, then again in the same.
+std::size_t scattered(long t, long n) { return static_cast<std::size_t>(t * 314159 % (n / 2)); }
 
 void BM_Normalize_floor(benchmark::State& state) {
   const long n = state.range(0);
   floors::Bump bump;
   std::vector<floors::Variable*> variables;
-  for (long i = 0; i < n / 2; ++i) variables.push_back(bump.make(floors::Variable{0, 1, nullptr, i, 2}));
+  for (long i = 0; i < n / 2; ++i)
+    variables.push_back(bump.make(floors::Variable{0, 1, nullptr, i, 2}));
   for (auto _ : state) {
     state.PauseTiming();
     floors::Bump terms;
     floors::Row row{nullptr, nullptr, 0, 0};
     for (long t = 0; t < n; ++t) {
-      auto* term = terms.make(floors::Term{variables[static_cast<std::size_t>(t % (n / 2))], nullptr, 1.0});
+      auto* term = terms.make(floors::Term{variables[scattered(t, n)], nullptr, 1.0});
       (row.tail != nullptr ? row.tail->next : row.head) = term;
       row.tail = term;
     }
@@ -134,7 +142,7 @@ void BM_Normalize_vorlane(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     ZylExpr e(env);
-    for (long t = 0; t < n; ++t) e += x[t % (n / 2)];
+    for (long t = 0; t < n; ++t) e += x[static_cast<long>(scattered(t, n))];
     const long before = env.getTotalMemoryUsage();
     state.ResumeTiming();
     e.normalize();
@@ -148,7 +156,8 @@ void BM_Normalize_vorlane(benchmark::State& state) {
   env.end();
 }
 
-// --- boolean variables ------------------------------------------------------------------------------
+// --- boolean variables
+// ------------------------------------------------------------------------------
 
 void BM_BoolVars_floor(benchmark::State& state) {
   const long n = state.range(0);
@@ -186,10 +195,11 @@ void BM_BoolVars_vorlane(benchmark::State& state) {
   state.counters["bytes_each"] = bytes;
 }
 
-// --- trees: ZylMax(x, y) + ZylAbs(x - y) -------------------------------------------------------------
+// --- trees: ZylMax(x, y) + ZylAbs(x - y)
+// -------------------------------------------------------------
 
-// A node of the sizes that the library's own have: maximum, absolute value, two sums, two terms, two
-// items.
+// A node of the sizes that the library's own have: maximum, absolute value, two sums, two terms,
+// two items.
 template <std::size_t Bytes>
 struct Record {
   void* words[Bytes / 8];
@@ -237,7 +247,8 @@ void BM_Trees_vorlane(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * n);
 }
 
-// --- edits of a loaded model --------------------------------------------------------------------------
+// --- edits of a loaded model: a bound and one of the first five coefficients of each range
+// -------------
 
 /// An engine that only counts.
 class Counter : public ZylAlgorithmI {
@@ -265,13 +276,16 @@ class Counter : public ZylAlgorithmI {
 struct EditModel {
   explicit EditModel(long n) : model(env), x(env, n, 0.0, 1e9), ranges(env, 0L) {
     floors::Scatter scatter(static_cast<std::uint64_t>(n));
+    floors::Scatter which(Terms / 2);
     for (long r = 0; r < n; ++r) {
       ZylExpr e(env);
       for (long t = 0; t < Terms; ++t) e += static_cast<double>(t + 1) * x[scatter.next()];
       const ZylRange range = e <= 10.0;
       e.end();
       range.getImpl()->normalize();
-      fifth.push_back(range.getImpl()->getExprI()->getTermHead()->_next->_next->_var);
+      const ZylNumLinExprTermI* term = range.getImpl()->getExprI()->getTermHead();
+      for (std::size_t t = which.next(); t > 0; --t) term = term->_next;
+      edited.push_back(term->_var);
       ranges.add(range);
       model.add(range);
     }
@@ -280,24 +294,26 @@ struct EditModel {
   void edit(double value) {
     for (long r = 0; r < ranges.getSize(); ++r) {
       ranges[r].setUB(value);
-      ranges[r].setLinearCoef(ZylNumVar(fifth[static_cast<std::size_t>(r)]), value);
+      ranges[r].setLinearCoef(ZylNumVar(edited[static_cast<std::size_t>(r)]), value);
     }
   }
   ZylEnv env;
   ZylModel model;
   ZylNumVarArray x;
   ZylRangeArray ranges;
-  std::vector<ZylNumVarI*> fifth;
+  std::vector<ZylNumVarI*> edited;
 };
 
 void BM_Edits_floor(benchmark::State& state) {
   const long n = state.range(0);
   floors::Bump bump;
   std::vector<floors::Variable*> variables;
-  for (long i = 0; i < n; ++i) variables.push_back(bump.make(floors::Variable{0, 1, nullptr, i, 2}));
+  for (long i = 0; i < n; ++i)
+    variables.push_back(bump.make(floors::Variable{0, 1, nullptr, i, 2}));
   std::vector<floors::Row*> rows;
   std::vector<floors::Variable*> edited;
   floors::Scatter scatter(static_cast<std::uint64_t>(n));
+  floors::Scatter which(Terms / 2);
   for (long r = 0; r < n; ++r) {
     auto* row = bump.make(floors::Row{nullptr, nullptr, 0, 10});
     for (long t = 0; t < Terms; ++t) {
@@ -306,7 +322,9 @@ void BM_Edits_floor(benchmark::State& state) {
       row->tail = term;
     }
     rows.push_back(row);
-    edited.push_back(row->head->next->next->variable);
+    const floors::Term* term = row->head;
+    for (std::size_t t = which.next(); t > 0; --t) term = term->next;
+    edited.push_back(term->variable);
   }
   double value = 1.0;
   for (auto _ : state) {
@@ -341,7 +359,8 @@ void BM_EditsWithEngine_vorlane(benchmark::State& state) {
   state.counters["heard"] = static_cast<double>(engine.edits);
 }
 
-// --- loading into the base evaluator, and ending the environment --------------------------------------
+// --- loading into the base evaluator, and ending the environment
+// --------------------------------------
 
 void BM_Load_floor(benchmark::State& state) {
   EditModel model(state.range(0));
@@ -392,8 +411,8 @@ void BM_End_vorlane(benchmark::State& state) {
   }
 }
 
-#define ZYL_PAIR(name, size)                                                           \
-  BENCHMARK(BM_##name##_floor)->Arg(size)->Unit(benchmark::kMillisecond);              \
+#define ZYL_PAIR(name, size)                                              \
+  BENCHMARK(BM_##name##_floor)->Arg(size)->Unit(benchmark::kMillisecond); \
   BENCHMARK(BM_##name##_vorlane)->Arg(size)->Unit(benchmark::kMillisecond)
 
 ZYL_PAIR(Ranges, 1000000);
