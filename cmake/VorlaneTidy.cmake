@@ -8,7 +8,7 @@ endif()
 add_custom_target(
   tidy
   COMMAND "${VORLANE_RUN_CLANG_TIDY}" -quiet -p "${PROJECT_BINARY_DIR}"
-          "/src/(env|model|expr|constraint|algorithm|collection)/"
+          "/src/(env|model|expr|constraint|algorithm|collection|jace|bootstrap)/"
           "/engines/[a-z]+/(src|solve)/"
   WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}"
   VERBATIM)

@@ -14,11 +14,12 @@ namespace {
 // Places of the library below a JRE home, the preferred one first: a Tavorn runtime before any
 // other, and of the others the client before the server.
 std::vector<std::string> candidates(const std::string& jreHome) {
-  const std::string file = std::string("/libjvm.") + "so";
+  constexpr const char* file = "/libjvm.so";
   std::vector<std::string> result;
   const auto addForEachArchitecture = [&](const char* directory) {
     for (const char* architecture : JavaUtils::JRE_ARCHS) {
-      result.push_back(jreHome + "/lib/" + architecture + directory + file);
+      std::string& place = result.emplace_back(jreHome);
+      place.append("/lib/").append(architecture).append(directory).append(file);
     }
   };
   addForEachArchitecture("/t4vm");

@@ -14,8 +14,10 @@ using zyl::detail::trace;
 // Its address is all that counts.
 constexpr char zyl::detail::moduleAnchor = 0;
 
+// NOLINTNEXTLINE(fuchsia-statically-constructed-objects): not used before main
 std::string KVLVTQUtils::_kvlRootDir;
 constinit bool KVLVTQUtils::_kvlRootDirInitDone = false;
+// NOLINTNEXTLINE(fuchsia-statically-constructed-objects): not used before main
 std::string KVLVTQUtils::_vtqRootDir;
 constinit bool KVLVTQUtils::_vtqRootDirInitDone = false;
 

@@ -24,6 +24,7 @@ const char* TraceIndent::text() const noexcept { return _text == nullptr ? "" : 
 }  // namespace zyl::detail
 
 constinit bool ZylKvlLogger::_enabled = false;
+// NOLINTNEXTLINE(fuchsia-statically-constructed-objects): constinit
 constinit zyl::detail::TraceIndent ZylKvlLogger::_currentIndent;
 
 void ZylKvlLogger::log(const char* a, const char* b, const char* c, const char* d, const char* e) {

@@ -29,7 +29,7 @@ constexpr CatalogRow rows[] = {
      "KVLROOT_OVERRIDE environment variable is defined (%0), but does not point to a valid KVL "
      "installation -> ignored."},
     {BOOTSTRAP_JAVA_CREATED_JVM,
-     "Created Java Virtual Machine from \"%0\", with Java support classes from \"%1\""},
+     R"(Created Java Virtual Machine from "%0", with Java support classes from "%1")"},
     {BOOTSTRAP_JAVA_NO_JVM, "Can't find/create a valid Java Runtime Environment."},
     {BOOTSTRAP_NO_KVLROOT, "Can't find the KVL root directory"},
     {BOOTSTRAP_NO_VTQROOT, "Can't find the VTQ root directory, check VTQ is installed"},

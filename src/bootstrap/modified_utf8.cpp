@@ -19,10 +19,10 @@ Character readCharacter(std::string_view text) {
   if (first < 0xC2 || first > 0xF4) return {};
   const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
   if (text.size() < length) return {};
-  std::uint32_t code = first & (0x7Fu >> length);
+  std::uint32_t code = first & (0x7FU >> length);
   for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0u) != 0x80) return {};
-    code = code << 6 | (byte(i) & 0x3Fu);
+    if ((byte(i) & 0xC0U) != 0x80) return {};
+    code = code << 6 | (byte(i) & 0x3FU);
   }
   const bool isSurrogate = code >= 0xD800 && code < 0xE000;
   const bool isTooLong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);

@@ -18,6 +18,7 @@
 using zyl::detail::boolText;
 using zyl::detail::trace;
 
+// NOLINTNEXTLINE(fuchsia-statically-constructed-objects): not used before main
 std::string JavaUtils::_jreRuntimeLibUsed;
 constinit bool JavaUtils::_jvmInitDone = false;
 constinit bool JavaUtils::_jvmExistingChecked = false;

@@ -35,8 +35,11 @@ struct ShutdownMark {
   ~ShutdownMark() { globalHasShutdown = true; }
 };
 
+// Destroyed from the last to the first, and that they are destroyed is their purpose.
+// NOLINTBEGIN(fuchsia-statically-constructed-objects)
 constinit LoaderOwner loaderOwner;
-constinit ShutdownMark shutdown;  // destroyed before `loaderOwner`, which stands above it
+constinit ShutdownMark shutdown;
+// NOLINTEND(fuchsia-statically-constructed-objects)
 
 }  // namespace
 }  // namespace state

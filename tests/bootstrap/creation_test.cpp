@@ -3,12 +3,13 @@
 #include <dlfcn.h>
 
 #include <cstdlib>
-#include <stdexcept>
+#include <exception>
 #include <string>
 #include <vector>
 
 #include "bootstrap/java_utils.h"
 #include "bootstrap/stub_installation.h"
+#include "jace/interposed.h"
 #include "jace/stub.h"
 #include "vorlane/bootstrap.h"
 
@@ -65,21 +66,24 @@ TEST_F(Creation, PassesOptionsAndPathsInOrder) {
 
   std::string listed = "VM will be created with options:\n";
   for (const std::string& option : wanted) listed += "---> " + option + "\n";
-  expectAll(outcome.err,
-            {"Trying to check if a JVM is available\n",
-             "Found loaded JVM (indirect) " + _home + tavornLayout + "\n",
-             "No JVM dynamic module library loaded, assume no JVM running\n",
-             "No JVM, creating one\n", "Java args had quotes, fixing them to '-foo bar",
-             "Adding param '-foo bar' from VTQS_JAVA_ARGS\n",
-             "Adding classpath 'c d' from VTQS_JAVA_ARGS\n",
-             "Adding java library path '/l1' from VTQS_JAVA_ARGS\n",
-             "Detected Tavorn JVM, executable requires generational GC policy, adding "
-             "-Xgcpolicy:gencon to VM parameters.\n",
-             "Setting JVM memory limit to default -Xmx512M\n",
-             "Setting java.library.path and DLL loading path to:" + path + "\n",
-             "UnixVmLoader or Win32VmLoader created\n", listed, "VM created\n",
-             "INFO: Created Java Virtual Machine from \"" + _home + tavornLayout +
-                 "\", with Java support classes from \"" + classPath + "\"\n"});
+  expectAll(
+      outcome.err,
+      {"Entering CheckIfExistingJVMAvailable with true\n",
+       "Trying to check if a JVM is available\n", "Entering GetVTQRootDirInternal with true\n",
+       "Trying to find VTQ using VTQROOT_OVERRIDE\n", "search KVLROOT_OVERRIDE env variable\n",
+       "Found loaded JVM (indirect) " + _home + tavornLayout + "\n",
+       "No JVM dynamic module library loaded, assume no JVM running\n", "No JVM, creating one\n",
+       "Java args had quotes, fixing them to '-foo bar",
+       "Adding param '-foo bar' from VTQS_JAVA_ARGS\n",
+       "Adding classpath 'c d' from VTQS_JAVA_ARGS\n",
+       "Adding java library path '/l1' from VTQS_JAVA_ARGS\n",
+       "Detected Tavorn JVM, executable requires generational GC policy, adding "
+       "-Xgcpolicy:gencon to VM parameters.\n",
+       "Setting JVM memory limit to default -Xmx512M\n",
+       "Setting java.library.path and DLL loading path to:" + path + "\n",
+       "UnixVmLoader or Win32VmLoader created\n", listed, "VM created\n",
+       "INFO: Created Java Virtual Machine from \"" + _home + tavornLayout +
+           "\", with Java support classes from \"" + classPath + "\"\n"});
 }
 
 TEST_F(Creation, FollowsTheVariables) {
@@ -243,6 +247,7 @@ TEST_F(Creation, UsesTheMachineThatRuns) {
     bool isLoaded;
     const char* found;
     bool isUsed;
+    bool isHidden = false;  // and found in no other way
   } rows[] = {
       {"machines=1", true, "Found loaded JVM/", true},
       {"machines=1", false, "Found loaded JVM (indirect) /", true},
@@ -250,11 +255,14 @@ TEST_F(Creation, UsesTheMachineThatRuns) {
        "Error trying to load JVM, ignoring it, just checking JVM availability\n", false},
       {"machines=2", true, "Found loaded JVM/", false},
       {"getCreated=-1", false, "assume no JVM running\n", false},
+      {"", true, "No JVM installation can be detected, assume no JVM running\n", false, true},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.rules);
     const Outcome outcome = run({{"STUB_RUNTIME", row.rules}}, [this, &row] {
       if (row.isLoaded) dlopen((_home + serverLayout).c_str(), RTLD_NOW | RTLD_GLOBAL);
+      if (row.isHidden) unsetenv("JAVA_HOME");
+      zyl::test::modulesAreHidden = row.isHidden;
       ZylKvlLogger::_enabled = true;
       ZylKvlNullMessageHandler handler;
       for (int i = 0; i < 2; ++i) EXPECT_EQ(JavaUtils::HasJVM(handler), row.isUsed);

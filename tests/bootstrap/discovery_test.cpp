@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -14,13 +13,11 @@
 
 #include "bootstrap/child.h"
 #include "bootstrap/java_utils.h"
-#include "bootstrap/kvlvtq_utils.h"
 #include "bootstrap/system_utils.h"
 #include "jace/interposed.h"
 #include "vorlane/bootstrap/logger.h"
 #include "vorlane/bootstrap/message_handler.h"
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using zyl::test::inChild;
 using zyl::test::Outcome;
@@ -93,7 +90,10 @@ TEST(SystemUtils, TellsTheModule) {
     EXPECT_EQ(ZylKvlGetCurrentModuleDirPath(), "cant_find_module_path");
     EXPECT_FALSE(ZylKvlIsRunningAsSharedLib());
     EXPECT_EQ(JavaUtils::GetLoadedJRERuntimeLibInternal(), "");
+    ZylKvlNullMessageHandler handler;
+    EXPECT_FALSE(ZylKvlHasValidKVLRoot(handler));
   });
+  EXPECT_THAT(outcome.err, HasSubstr("search from path of the executable module\n"));
   EXPECT_THAT(outcome.err, HasSubstr("dlarrd is ok"));
   EXPECT_THAT(outcome.err, HasSubstr("Can't find current module executable path"));
   EXPECT_THAT(outcome.err, HasSubstr("kvlpath : cant_find_module_path"));

@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <iostream>
+#include <list>
 #include <string>
 #include <thread>
 #include <vector>

@@ -1,10 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "bootstrap/child.h"
 #include "jace/interposed.h"
