@@ -35,7 +35,7 @@ ZylBinaryNumConstraintI::ZylBinaryNumConstraintI(ZylEnvI* env, ZylNumExprI* left
   if (!isVariable(left)) _flags += LeftConverted;
   if (!isVariable(right)) _flags += RightConverted;
   _left = operandOf(left);
-  _right = operandOf(right);
+  _right = right == left ? _left : operandOf(right);
   _left->hold();
   _right->hold();
 }

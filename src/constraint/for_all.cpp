@@ -45,7 +45,10 @@ template <class Counted>
 void releaseCounted(ZylEnvI* env, Counted* object) {
   if (object == nullptr || env->isTearingDown()) return;
   const ZylRecycleBinI* bin = env->getRecycleBin();
-  if (bin != nullptr && bin->contains(object)) return;
+  if (bin != nullptr && bin->contains(object)) {
+    bin->released(object);
+    return;
+  }
   object->release();
 }
 

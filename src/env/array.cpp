@@ -21,6 +21,7 @@ ZylArrayI::ZylArrayI(ZylEnvI* env, long size, long elementSize)
 ZylArrayI::ZylArrayI(ZylGenAlloc* manager, long size, long elementSize)
     : ZylMemoryManagerObjectI(manager), _maxSize(checkedSize(size)), _elementSize(elementSize),
       _size(std::max(size, 0L)), _mask(0), _shift(0), _pages(nullptr) {
+  if (elementSize != 8) ZylRaiseWrongUsage("ZylArrayI: elements have 8 bytes");
   setShiftMod();
   allocData(_size);
   zeroData();

@@ -45,8 +45,13 @@ bool ZylCloneManager::knows(const ZylExtractableI* object) const noexcept {
          _originals->element<const ZylExtractableI*>(id) == object;
 }
 
+// The object may be an original, or a clone, of which only a locked memo keeps any.
 void ZylCloneManager::forget(const ZylExtractableI* object) noexcept {
   if (knows(object)) _clones->element<ZylExtractableI*>(object->getId()) = nullptr;
+  for (long i = 0; i < lockLevel(); ++i) {
+    ZylExtractableI*& clone = _clones->element<ZylExtractableI*>(_cloned->element<long>(i));
+    if (clone == object) clone = nullptr;
+  }
 }
 
 bool ZylCloneManager::hasClone(const ZylExtractableI* object) const { return knows(object); }
@@ -101,7 +106,8 @@ ZylExtractableI* ZylCloneManager::getClone(const ZylExtractableI* object) {
   return clone;
 }
 
-// --- the environment's operations -----------------------------------------------------------------
+// --- the environment's operations
+// -----------------------------------------------------------------
 
 ZylExtractableI* ZylEnvI::getClone(const ZylExtractableI* object) {
   return object != nullptr ? _cloneManager->getClone(object) : nullptr;

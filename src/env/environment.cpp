@@ -181,8 +181,6 @@ void ZylEnvI::releaseParts() noexcept {
   destroyPart(_symbolTable);
   destroyPart(_termAllocator);
   destroyPart(_alloc);
-  // Last of what allocates: until here the local environment served, under the lock.
-  if (_mtSafeAllocation != 0) useMTSafeAllocation(0);
   destroyPart(_mutex);
   freeMarks();
 }
@@ -244,6 +242,23 @@ void ZylEnvI::useMTSafeAllocation(long use) {
     destroyPart(_mtLocalEnv);
   }
   _mtSafeAllocation = use;
+}
+
+// Terms stay with their pool while allocation is locked: they may be given back when it no longer is.
+// Another local environment serves them as everything else.
+void* ZylEnvI::allocLocalTerm() {
+  if (_localEnv != _mtLocalEnv) return _localEnv->alloc(sizeof(ZylNumLinExprTermI));
+  const zyl::detail::EnvLock lock(_mutex);
+  return _termAllocator->alloc(&_memory);
+}
+
+void ZylEnvI::freeLocalTerm(void* term) {
+  if (_localEnv != _mtLocalEnv) {
+    _localEnv->free(term, sizeof(ZylNumLinExprTermI));
+    return;
+  }
+  const zyl::detail::EnvLock lock(_mutex);
+  _termAllocator->free(term);
 }
 
 // --- marks ----------------------------------------------------------------------------------------

@@ -157,6 +157,7 @@ void ZylFixedSizeAllocatorI::freeToList(void* cell) noexcept {
 }
 
 void ZylFixedSizeAllocatorI::adopt(void* cell) noexcept {
+  if (_useIt == 0) return;
   *static_cast<void**>(cell) = _free;
   _free = cell;
   ZYL_POISON(static_cast<char*>(cell), static_cast<std::size_t>(_size));
@@ -216,6 +217,8 @@ void ZylFixedSizeAllocatorI::setUseIt(long useIt) {
     if (_list == nullptr) ZylRaiseMemory();
   }
   _useIt = useIt;
+  // Free cells wait for the end of their blocks: what is handed out from now on is a block each.
+  if (useIt == 0) _free = nullptr;
 }
 
 ZylMemory::ZylMemory(long useIt)

@@ -151,6 +151,7 @@ void ZylPlugInManager::removeNotified(ZylNotifiedPlugIn* plugIn) {
 }
 
 bool ZylPlugInManager::isCreated(ZylTypeInfo type, const char* name) const {
+  const zyl::detail::EnvLock lock(_env->getMutex());
   const ZylCell* cell = findCell(name);
   if (cell == nullptr) return false;
   for (const ZylPlugIn* plugIn = cell->_plugIns; plugIn != nullptr; plugIn = plugIn->_next) {
@@ -172,6 +173,7 @@ void ZylPlugInManager::apply(const ZylChange& change, const ZylExtractableI* obj
 }
 
 void ZylPlugInManager::removeAlgorithm(ZylAlgorithmI* algorithm) {
+  const zyl::detail::EnvLock lock(_env->getMutex());
   for (const NotifiedCell* cell = _notified; cell != nullptr;) {
     const NotifiedCell* next = cell->next;
     ZylNotifiedPlugIn* plugIn = cell->plugIn;

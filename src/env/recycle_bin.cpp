@@ -34,9 +34,41 @@ void ZylRecycleBinI::add(ZylExtractableI* object) {
   _env->getIdManager()->mark(object->getId());
 }
 
+namespace {
+
+/// The elements of an array from one on, in an array of their own.
+class Tail {
+ public:
+  Tail(ZylEnvI* env, const ZylExtractableArray& objects, long first) : _tail(ZylEnv(env)) {
+    try {
+      for (long i = first; i < objects.getSize(); ++i) _tail.addI(objects.getI(i));
+    } catch (...) {
+      _tail.end();
+      throw;
+    }
+  }
+  ~Tail() { _tail.end(); }
+  Tail(const Tail&) = delete;
+  Tail& operator=(const Tail&) = delete;
+  const ZylExtractableArray& get() const noexcept { return _tail; }
+
+ private:
+  ZylExtractableArray _tail;
+};
+
+}  // namespace
+
 void ZylRecycleBinI::removeFromAll() {
   _env->scanForDependants(_env->getIdManager()->getMaxId());
+  long told = _marked.getSize();
   _env->change(ZylRemoveFromAllChange(_marked));
+  // What a receiver ended in its turn.
+  while (_marked.getSize() > told) {
+    _env->scanForDependants(_env->getIdManager()->getMaxId());
+    const Tail late(_env, _marked, told);
+    told = _marked.getSize();
+    _env->change(ZylRemoveFromAllChange(late.get()));
+  }
 }
 
 void ZylRecycleBinI::keepFirst() {

@@ -58,10 +58,14 @@ void ZylEnvI::init(ZylExtractableI* object) {
 void ZylEnvI::finit(ZylExtractableI* object) {
   const long id = object->_id;
   _cloneManager->forget(object);
+  // The object may have entered a list before a local environment came, and must not stay there.
+  if (!_typedLists.isEmpty()) {
+    const zyl::detail::EnvLock lock(_mtSafeAllocation != 0 ? _mutex : nullptr);
+    _typedLists.remove(object);
+  }
   if (_localEnv != nullptr) {
     _localEnv->releaseId(id);
   } else {
-    if (!_typedLists.isEmpty()) _typedLists.remove(object);
     _idManager->freeId(id);
     if (_deleter != nullptr) _deleter->ended(object);
   }
@@ -69,22 +73,65 @@ void ZylEnvI::finit(ZylExtractableI* object) {
 }
 
 namespace {
-long countOf(const ZylExtractableI* object) {
-  if (const auto* expr = zyl::as<ZylNumExprI>(object)) return expr->getCount();
-  if (const auto* comprehension = zyl::as<ZylComprehensionI>(object)) {
-    return comprehension->getCount();
+
+// Calls `use` with the object as the counted class that it is; nothing for what is not counted.
+template <class Use>
+void asCounted(ZylExtractableI* object, Use use) {
+  if (auto* expr = zyl::as<ZylNumExprI>(object)) {
+    if (expr->isRefCountedExpr()) use(expr);
+  } else if (auto* comprehension = zyl::as<ZylComprehensionI>(object)) {
+    use(comprehension);
+  } else if (auto* generator = zyl::as<ZylGeneratorI>(object)) {
+    use(generator);
   }
-  const auto* generator = zyl::as<ZylGeneratorI>(object);
-  return generator != nullptr ? generator->getCount() : 0;
 }
+
+// Its owners may die later in this removal, and will release it.
+void expectReleases(ZylRecycleBinI* bin, ZylExtractableI* object) {
+  asCounted(object, [bin](auto* counted) {
+    if (counted->getCount() > 0 && !bin->isDying(counted)) bin->addDying(counted);
+  });
+}
+
+// Whether this is what a holder's last release left: nobody can depend on it.
+bool isReleased(ZylExtractableI* object) {
+  bool released = false;
+  asCounted(object, [&released](auto* counted) { released = counted->getCount() <= 0; });
+  return released;
+}
+
+// A removal is one more owner of what it keeps: whoever held that dies, and it stays all the same.
+void keep(ZylExtractableI* object) {
+  asCounted(object, [](auto* counted) { counted->hold(); });
+}
+void letGo(ZylExtractableI* object) {
+  asCounted(object, [](auto* counted) { counted->unhold(); });
+}
+
+class KeptObject {
+ public:
+  explicit KeptObject(ZylExtractableI* object) {
+    asCounted(object, [&](auto* counted) {
+      counted->hold();
+      _counted = object;
+    });
+  }
+  ~KeptObject() {
+    if (_counted != nullptr) letGo(_counted);
+  }
+  KeptObject(const KeptObject&) = delete;
+  KeptObject& operator=(const KeptObject&) = delete;
+
+ private:
+  // Null for what is not counted: a receiver may end that.
+  ZylExtractableI* _counted = nullptr;
+};
+
 }  // namespace
 
 void ZylEnvI::destroy(ZylExtractableI* object, long keep, long notify) {
   if (notify != 0) object->notify(ZylDestroyExtractable(object));
-  if (_recycleBin != nullptr) {
-    // Its owners may die later in this removal, and will release it.
-    if (countOf(object) > 0) _recycleBin->addDying(object);
-  }
+  if (_recycleBin != nullptr) expectReleases(_recycleBin, object);
   finit(object);
   if (keep == 0) delete object;
 }
@@ -124,6 +171,11 @@ void ZylEnvI::runBatches() {
     _recycleBin->startReleaseMode();
     destroyBatch();
     _recycleBin->endReleaseMode();
+    // What a receiver or a destructor ended has dependants as everything else.
+    const ZylExtractableArray& marked = _recycleBin->getMarked();
+    bool scan = false;
+    for (long i = 0; i < marked.getSize() && !scan; ++i) scan = !isReleased(marked.getI(i));
+    if (scan) _recycleBin->removeFromAll();
   }
 }
 
@@ -131,17 +183,21 @@ void ZylEnvI::destroyBatch() {
   const ZylExtractableArray& marked = _recycleBin->getMarked();
   ZylExtractableArray batch = getOrMakeEmptySharedDeletedArray();
   for (long i = marked.getSize() - 1; i >= 0; --i) batch.addI(marked.getI(i));
+  // Whatever allocates comes before the first death.
+  for (long i = 0; i < marked.getSize(); ++i) expectReleases(_recycleBin, marked.getI(i));
   change(ZylDestroyExtractableArray(batch));
   for (long i = marked.getSize() - 1; i >= 0; --i) {
     ZylExtractableI* object = marked.getI(i);
     marked.getImpl()->truncate(i);
-    destroy(object, /*keep=*/0, /*notify=*/0);
+    finit(object);
+    delete object;
   }
   batch.getImpl()->truncate(0);
 }
 
 void ZylEnvI::removeFromAll(ZylExtractableI* object) {
   if (isMarked(object)) return;
+  const KeptObject kept(object);
   if (_recycleBin != nullptr) {
     // Inside a removal: the dependants join the bin, the object itself stays alive.
     _idManager->mark(object->getId());
@@ -172,21 +228,23 @@ void ZylEnvI::removeFromAll(ZylExtractableI* object) {
 
 namespace {
 
-/// Marks the elements of an array, and gives them their slots back whatever leaves.
+/// Marks and keeps the elements of an array, and gives them their slots back whatever leaves.
 class MarkedArray {
  public:
   MarkedArray(ZylEnvI* env, const ZylExtractableArray& objects) : _env(env), _objects(objects) {
     for (long i = 0; i < objects.getSize(); ++i) {
       ZylExtractableI* object = objects.getI(i);
-      if (object != nullptr && object->getId() != -1) env->getIdManager()->mark(object->getId());
+      if (object == nullptr || object->getId() == -1) continue;
+      keep(object);
+      env->getIdManager()->mark(object->getId());
     }
   }
   ~MarkedArray() {
     for (long i = 0; i < _objects.getSize(); ++i) {
       ZylExtractableI* object = _objects.getI(i);
-      if (object != nullptr && object->getId() != -1) {
-        _env->getIdManager()->set(object->getId(), object);
-      }
+      if (object == nullptr || object->getId() == -1) continue;
+      _env->getIdManager()->set(object->getId(), object);
+      letGo(object);
     }
   }
   MarkedArray(const MarkedArray&) = delete;
@@ -250,7 +308,8 @@ void ZylEnvI::removeFromAllAndDestroy(ZylExtractableArray objects, long flag) {
   objects.clear();
 }
 
-// --- the deleter ----------------------------------------------------------------------------------
+// --- the deleter
+// ----------------------------------------------------------------------------------
 
 void ZylEnvI::setDeleter(ZylBaseDeleterI* deleter, long mode) noexcept {
   _deleter = deleter;

@@ -15,15 +15,28 @@ bool ZylVarDomainI::isBoolDomain() const { return false; }
 
 namespace {
 
-// An empty array has the widest bounds, crossed: nothing is a value.
+// No value is smallest among none.
 template <class Array, class Value>
-void boundsOf(const Array& values, Value widest, Value* lower, Value* upper) {
-  *lower = widest;
-  *upper = -widest;
-  for (long i = 0; i < values.getSize(); ++i) {
+void boundsOf(const Array& values, Value* lower, Value* upper) {
+  if (values.getSize() == 0) throw ZylArrayError("Array of size 0 in call to ZylMin");
+  *lower = *upper = values[0];
+  for (long i = 1; i < values.getSize(); ++i) {
     *lower = std::min<Value>(*lower, values[i]);
     *upper = std::max<Value>(*upper, values[i]);
   }
+}
+
+// Takes the new values over, or ends them if they are refused.
+template <class Array, class Value>
+void replaceValues(Array* values, Array replacement, Value* lower, Value* upper) {
+  try {
+    boundsOf(replacement, lower, upper);
+  } catch (...) {
+    replacement.end();
+    throw;
+  }
+  values->end();
+  *values = replacement;
 }
 
 long ceiled(double value) { return ZylTrunc(std::ceil(value)); }
@@ -55,7 +68,7 @@ constexpr const char* DiscreteText = "SetLB is not supported on a discrete float
 // ----------------------------------------------------------------------------------------
 
 ZylNumVarDomainI::ZylNumVarDomainI(ZylNumArray values) : _lower(0.0), _upper(0.0), _values(values) {
-  boundsOf(values, ZylInfinity, &_lower, &_upper);
+  boundsOf(values, &_lower, &_upper);
 }
 
 // Both setters speak of the lower bound, and keep the new one; clients know them so.
@@ -70,9 +83,7 @@ void ZylNumVarDomainI::setUB(double upper) {
 }
 
 void ZylNumVarDomainI::setNumValues(ZylNumArray values) {
-  _values.end();
-  _values = values;
-  boundsOf(values, ZylInfinity, &_lower, &_upper);
+  replaceValues(&_values, values, &_lower, &_upper);
 }
 
 void ZylNumVarDomainI::setIntValues(ZylIntArray values) { values.end(); }
@@ -108,7 +119,7 @@ ZylVarDomainI* ZylNumVarDomainI::makeClone(ZylEnvI* env) const {
 
 ZylIntVarDomainI::ZylIntVarDomainI(ZylIntArray values, long any)
     : _lower(0), _upper(0), _values(values), _any(any) {
-  boundsOf(values, ZylIntMax, &_lower, &_upper);
+  boundsOf(values, &_lower, &_upper);
 }
 
 void ZylIntVarDomainI::setLB(double lower) {
@@ -138,9 +149,7 @@ void ZylIntVarDomainI::cleanArray(long newLower, long newUpper) {
 void ZylIntVarDomainI::setNumValues(ZylNumArray values) { values.end(); }
 
 void ZylIntVarDomainI::setIntValues(ZylIntArray values) {
-  _values.end();
-  _values = values;
-  boundsOf(values, ZylIntMax, &_lower, &_upper);
+  replaceValues(&_values, values, &_lower, &_upper);
 }
 
 void ZylIntVarDomainI::suicide(ZylEnvI* env, void* self) {

@@ -7,6 +7,11 @@
 namespace zyl::detail {
 
 // The two texts name different classes; both are as they are.
+void raiseIntAddMismatch() {
+  ZylRaiseWrongUsage(
+      "ZylNumExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments");
+}
+
 void raiseAddMismatch() {
   ZylRaiseWrongUsage(
       "ZylExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments");

@@ -252,17 +252,19 @@ class HeldElements {
   long _next = 0;
 };
 
-void checkAddends(const ZylExtractableArray& array) {
+void checkAddends(const ZylExtractableArray& array, void (*raiseMismatch)()) {
   const ZylEnvI* env = envOf(array);
   for (long i = 0; i < array.getSize(); ++i) {
     if (array.getI(i) == nullptr) ZylRaiseWrongUsage("using empty handle in ZylSum");
-    if (array.getI(i)->getEnv() != env) zyl::detail::raiseAddMismatch();
+    if (!env->isEnvOf(array.getI(i))) raiseMismatch();
   }
 }
 
+// Mismatches are raised in the name of the handle's operator that adds such elements.
 template <class Sum, class Expr>
 Sum* sumOf(const ZylExtractableArray& array) {
-  checkAddends(array);
+  checkAddends(array, std::is_same_v<Sum, ZylIntLinTermI> ? zyl::detail::raiseIntAddMismatch
+                                                          : zyl::detail::raiseAddMismatch);
   ZylEnvI* env = envOf(array);
   zyl::detail::Unfinished sum(new (env) Sum(env, 0));
   HeldElements(array).forEach(

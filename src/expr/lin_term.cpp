@@ -93,7 +93,6 @@ ZylNumExprI* ZylNumLinTermI::copy() {
   Unfinished result(new (_env) ZylNumLinTermI(_env, _constant));
   result->_items.appendCopies(_env, _items);
   result->_terms.appendCopies(_env, _terms);
-  result->_normalized = _normalized;
   return result.finish();
 }
 

@@ -5,6 +5,7 @@
 #include "expr/build.h"
 #include "vorlane/algorithm/algorithm.h"
 #include "vorlane/env/recycle_bin.h"
+#include "vorlane/expr/expression.h"
 #include "vorlane/expr/operators.h"
 
 ZYL_TYPE_DEF(ZylNumExprI, ZylExtractableI)
@@ -56,7 +57,10 @@ ZylIntLinTermI* ZylIntExprI::toIntLinTermI() {
 
 void ZylEnvI::release(ZylNumExprI* expr) {
   if (expr == nullptr || _tearingDown != 0) return;
-  if (_recycleBin != nullptr && _recycleBin->contains(expr)) return;
+  if (_recycleBin != nullptr && _recycleBin->contains(expr)) {
+    _recycleBin->released(expr);
+    return;
+  }
   expr->release();
 }
 
@@ -141,11 +145,6 @@ void ZylNumExpr::NonLinearExpression::print(std::ostream& stream) const {
 ZylIntExpr::ZylOverflowOccurred::ZylOverflowOccurred(const char* message) : ZylException(message) {}
 
 namespace {
-
-[[noreturn]] void raiseAdd() {
-  ZylRaiseWrongUsage(
-      "ZylNumExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments");
-}
 
 [[noreturn]] void raiseSubtract() {
   ZylRaiseWrongUsage(
@@ -234,7 +233,7 @@ ZylNumExpr& ZylNumExpr::operator/=(double divisor) {
 }
 
 ZylNumExpr& ZylNumExpr::operator+=(const ZylNumExprArg& arg) {
-  checkPair(getImpl(), arg.getImpl(), raiseAdd);
+  checkPair(getImpl(), arg.getImpl(), zyl::detail::raiseIntAddMismatch);
   // An expression added to itself: the argument must not be taken for a temporary.
   return add(arg.getImpl() == getImpl() ? arg.getImpl()->copy() : arg.getImpl());
 }
@@ -292,7 +291,7 @@ ZylIntExpr& ZylIntExpr::operator*=(long factor) {
 }
 
 ZylIntExpr& ZylIntExpr::operator+=(const ZylIntExprArg& arg) {
-  checkPair(getImpl(), arg.getImpl(), raiseAdd);
+  checkPair(getImpl(), arg.getImpl(), zyl::detail::raiseIntAddMismatch);
   ZylIntExprI* addend = arg.getImpl() == getImpl() ? arg.getImpl()->intCopy() : arg.getImpl();
   _impl = rewritten(getImpl(), [addend](ZylIntExprI* expr) -> ZylIntExprI* {
     return zyl::detail::addInt(expr, addend);

@@ -328,7 +328,8 @@ void ZylNumVarI::setPossibleValues(const ZylIntArray& values) {
   notify(ZylSetNumVarPossibleValues(this, ZylNumArray(), values));
 }
 
-ZylVarDomainI* ZylNumVarI::makeDomain(double lower, double upper, Type type) const {
+ZylVarDomainI* ZylNumVarI::makeDomain(double lower, double upper) const {
+  const Type type = getType();
   if (type == zyl::Float) return new (_env) ZylNumVarDomainI(lower, upper);
   if (type == zyl::Int) {
     auto* domain = new (_env) ZylIntVarDomainI(ZylIntMin, ZylIntMax, 0);

@@ -21,12 +21,16 @@ void ZylChangeVisitor::removeSubExtractable(ZylExtractableI*, ZylExtractableI*) 
 
 void ZylChangeVisitor::addSubExtractable(ZylExtractableI* parent,
                                          const ZylExtractableArray& children) {
-  for (long i = 0; i < children.getSize(); ++i) addSubExtractable(parent, children.getI(i));
+  for (long i = 0; i < children.getSize(); ++i) {
+    if (children.getI(i) != nullptr) addSubExtractable(parent, children.getI(i));
+  }
 }
 
 void ZylChangeVisitor::removeSubExtractable(ZylExtractableI* parent,
                                             const ZylExtractableArray& children) {
-  for (long i = 0; i < children.getSize(); ++i) removeSubExtractable(parent, children.getI(i));
+  for (long i = 0; i < children.getSize(); ++i) {
+    if (children.getI(i) != nullptr) removeSubExtractable(parent, children.getI(i));
+  }
 }
 
 bool ZylChange::isApplyingOnArray() const { return false; }
@@ -52,7 +56,9 @@ void ZylRemoveFromAllChange::visitChange(ZylEnvI* env, ZylExtractableI* object,
     deleter->removedFromAll(object);
     return;
   }
-  for (long i = 0; i < _objects.getSize(); ++i) deleter->removedFromAll(_objects.getI(i));
+  for (long i = 0; i < _objects.getSize(); ++i) {
+    if (_objects.getI(i) != nullptr) deleter->removedFromAll(_objects.getI(i));
+  }
 }
 
 ZylAddExtractable::CannotAddExtractableException::CannotAddExtractableException(

@@ -20,8 +20,9 @@ class Refusals {
   Refusals& operator=(const Refusals&) = delete;
 
   void add(ZylAlgorithm::CannotChangeException& refusal) {
-    if (_algorithm == nullptr) {
-      _algorithm = refusal.getAlgorithmI();
+    if (!_any) _algorithm = refusal.getAlgorithmI();
+    _any = true;
+    if (_objects.getImpl() == nullptr) {
       _objects = refusal.takeExtractables();
       return;
     }
@@ -30,13 +31,14 @@ class Refusals {
   }
 
   void raiseIfAny() {
-    if (_algorithm == nullptr) return;
+    if (!_any) return;
     const ZylExtractableArray objects = _objects;
     _objects = ZylExtractableArray();
     throw ZylAlgorithm::CannotChangeException(_algorithm, objects);
   }
 
  private:
+  bool _any = false;
   ZylAlgorithmI* _algorithm = nullptr;
   ZylExtractableArray _objects;
 };

@@ -152,8 +152,8 @@ void ZylObjectiveI::setConst(double constant) {
 // A column adds a variable that no term has yet: the sum is as normal as it was.
 void ZylObjectiveI::addVar(ZylNumVarI* variable, double value) {
   requireSingle("ZylObjective::addVar");
-  _expr = zyl::detail::ownLinear(_expr);
   const bool normalized = _expr->isNormalized();
+  _expr = zyl::detail::ownLinear(_expr);
   _expr->append(_env->newTerm(variable, value));
   _expr->setNormalized(normalized);
 }

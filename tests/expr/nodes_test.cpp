@@ -99,7 +99,7 @@ const NodeRow Rows[] = {
      "min( {x}, 2)"},
     {"ZylIntMinCstI", MAKE(ZylMin(2, o.i)), 2, Integer::Yes, "( {i}, 2) ", "min({i}, 2)"},
     {"ZylNumMaxCstI", MAKE(ZylMax(3.0, o.x)), 3, Integer::IfOperands, "ZylMax( {x}, 3) ",
-     "max( {x}, 3)"},
+     "max({x}, 3)"},
     {"ZylIntMaxCstI", MAKE(ZylMax(o.i, 9)), 9, Integer::Yes, "( {i}, 9) ", "max({i}, 9)"},
 
     {"ZylIntMinArrayI", MAKE(ZylMin(o.ints)), -3, Integer::Yes, "ZylMin( {ints}) ", "min({ints})"},

@@ -126,6 +126,7 @@ template <class A, class B>
 auto operator<=(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) return atLeast(asArg(b), toNum(a));
+  else if constexpr (std::derived_from<A, ZylRangeBase> && NumberOperand<B>) return bounded(a, toNum(b));
   else if constexpr (NumberOperand<B>) return atMost(asArg(a), toNum(b));
   else return lessOrEqual(asArg(a), asArg(b));
 }

@@ -30,6 +30,7 @@ class ZYL_EXPORT ZylGeneratorI : public ZylExtractableI {
 
   long getCount() const noexcept { return _count; }
   void hold() noexcept { ++_count; }
+  void unhold() noexcept { --_count; }
 
  private:
   long _count = 0;
@@ -56,6 +57,7 @@ class ZYL_EXPORT ZylComprehensionI : public ZylExtractableI {
   ZylGeneratorI* getGenerator(long i) const noexcept { return _generators[i]; }
   long getCount() const noexcept { return _count; }
   void hold() noexcept { ++_count; }
+  void unhold() noexcept { --_count; }
 
  private:
   long _count = 0;

@@ -111,6 +111,7 @@ class ZYL_EXPORT ZylRange : public ZylConstraint {
 };
 
 /// What `lb <= expr` hands to a second `<=`: the range, and the constant that its expression had.
+/// Everywhere else it stands for the range, as a constraint among the operands of an operator too.
 class ZYL_EXPORT ZylRangeBase {
  public:
   ZylRangeBase(const ZylRange& range, double constant) : _range(range.getImpl()), _constant(constant) {}
@@ -130,6 +131,10 @@ class ZYL_EXPORT ZylRangeBase {
 
 /// Sets the upper bound to `upper` minus the constant. Raises `ZylWrongUsage` on an empty range.
 ZYL_EXPORT ZylRange operator<=(const ZylRangeBase& range, double upper);
+namespace zyl::detail {
+// The same under a name, for numbers of other types.
+inline ZylRange bounded(const ZylRangeBase& range, double upper) { return range <= upper; }
+}  // namespace zyl::detail
 ZYL_EXPORT std::ostream& operator<<(std::ostream& stream, const ZylRangeBase& range);
 
 /// An array of ranges. The bulk constructors make one unnamed range a slot; the length is that of

@@ -1,10 +1,10 @@
 // Growable arrays, and the arrays of numbers and addresses.
 //
 // Elements of 8 bytes stand in pages; the page table has as many entries as a page has elements, so
-// no block is larger than about the square root of the array, and growing never needs old and new
-// whole at once. Element i is at page i >> shift, offset i & mask. An array belongs to its
-// environment or memory manager; handles share it, nothing is counted, `end` frees it. Not
-// synchronised.
+// no block is larger than about the square root of the array. Growing makes all new pages before it
+// frees an old one, so that a failure loses nothing. Element i is at page i >> shift, offset
+// i & mask. An array belongs to its environment or memory manager; handles share it, nothing is
+// counted, `end` frees it. Not synchronised.
 
 #ifndef ZYL_ENV_ARRAY_H
 #define ZYL_ENV_ARRAY_H
@@ -33,7 +33,8 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
   /// No address space holds more elements.
   static constexpr long MaxSize = 1L << 44;
 
-  /// Makes an array of `size` zeroed elements. Raises `ZylMemoryException`.
+  /// Makes an array of `size` zeroed elements. Raises `ZylMemoryException`, and `ZylWrongUsage` for
+  /// an element size other than 8.
   ZylArrayI(ZylEnvI* env, long size, long elementSize = 8);
   ZylArrayI(ZylGenAlloc* manager, long size, long elementSize = 8);
   /// Copies `other` with its geometry.

@@ -339,6 +339,8 @@ class ZYL_EXPORT ZylEnvI {
   void destroyBatch();
   void scanForDependants(long maxId);
   void deleteLiveObjects();
+  void* allocLocalTerm();
+  void freeLocalTerm(void* term);
   void* newMarkArray();
 
   long _flags;

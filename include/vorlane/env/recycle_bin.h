@@ -8,9 +8,9 @@
 
 /// The bin of a removal: made at the start of an outermost one, freed at its end.
 ///
-/// Objects in it are marked in the id table, which hides them from the scan for dependants and shows
-/// them to `ZylFindMarkedVisitor`. It is either marking or, while a batch dies, releasing: what
-/// arrives then waits for the next batch, its slot untouched.
+/// Objects in it are marked in the id table, which hides them from the scan for dependants and
+/// shows them to `ZylFindMarkedVisitor`. It is either marking or, while a batch dies, releasing:
+/// what arrives then waits for the next batch, its slot untouched.
 class ZYL_EXPORT ZylRecycleBinI {
  public:
   /// Raises `ZylMemoryException`.
@@ -21,7 +21,7 @@ class ZYL_EXPORT ZylRecycleBinI {
   /// Enters an object; nothing if it is finished or marked. Raises `ZylMemoryException`.
   void add(ZylExtractableI* object);
   /// Asks every other live object `atRemove`, until a whole scan has added nothing, then sends one
-  /// `ZylRemoveFromAllChange`.
+  /// `ZylRemoveFromAllChange`; one more for what its receivers end.
   void removeFromAll();
   /// Takes the object that entered first out of the bin again, and puts it back in its slot.
   void keepFirst();
@@ -39,6 +39,12 @@ class ZYL_EXPORT ZylRecycleBinI {
   bool isDying(const ZylExtractableI* object) const;
   /// Whether the object is in the bin, or dying.
   bool contains(const ZylExtractableI* object) const;
+  /// Counts the release of a counted object that `contains` tells of. It dies of no release; what
+  /// is marked may yet be kept, and then its count must be right. What is dying is gone already.
+  template <class Counted>
+  void released(Counted* object) const {
+    if (!isDying(object) && object->getCount() > 1) object->unhold();
+  }
 
   static long HashExtractable(ZylExtractableI* object, long buckets);
   static long CompareExtractables(ZylExtractableI* a, ZylExtractableI* b);

@@ -7,6 +7,7 @@
 
 namespace zyl::detail {
 [[noreturn]] ZYL_EXPORT void raiseAddMismatch();
+[[noreturn]] ZYL_EXPORT void raiseIntAddMismatch();
 [[noreturn]] ZYL_EXPORT void raiseSubtractMismatch();
 }  // namespace zyl::detail
 

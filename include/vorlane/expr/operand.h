@@ -13,6 +13,8 @@
 
 #include "vorlane/expr/lin_term.h"
 
+class ZylRangeBase;
+
 namespace zyl::detail {
 
 // Plain numbers and no enumeration: comparing these must not look for an operator, as that would
@@ -48,7 +50,7 @@ consteval int classify() {
     return OperandKind::NumTerm;
   else if constexpr (std::derived_from<T, ZylIntLinExprTerm>)
     return OperandKind::IntTerm;
-  else if constexpr (std::derived_from<T, ZylIntExprArg>)
+  else if constexpr (std::derived_from<T, ZylIntExprArg> || std::derived_from<T, ZylRangeBase>)
     return OperandKind::IntExpr;
   else if constexpr (std::derived_from<T, ZylNumExprArg>)
     return OperandKind::NumExpr;

@@ -25,14 +25,14 @@ struct ZylLinExprNonLinearItem {
 };
 
 inline ZylNumLinExprTermI* ZylEnvI::newTerm(ZylNumVarI* variable, double coefficient) {
-  void* block = ZYL_UNLIKELY(_localEnv != nullptr) ? _localEnv->alloc(sizeof(ZylNumLinExprTermI))
+  void* block = ZYL_UNLIKELY(_localEnv != nullptr) ? allocLocalTerm()
                                                    : _termAllocator->alloc(&_memory);
   return new (block) ZylNumLinExprTermI{variable, nullptr, coefficient};
 }
 
 inline void ZylEnvI::recycleTerm(ZylNumLinExprTermI* term) {
   if (ZYL_UNLIKELY(_localEnv != nullptr)) {
-    _localEnv->free(term, sizeof(ZylNumLinExprTermI));
+    freeLocalTerm(term);
     return;
   }
   _termAllocator->free(term);

@@ -75,8 +75,8 @@ class ZYL_EXPORT ZylNumVarI : public ZylIntExprI {
   /// values on an integer variable.
   void setPossibleValues(const ZylNumArray& values);
   void setPossibleValues(const ZylIntArray& values);
-  /// Builds a domain of the variable's environment that is not interned.
-  [[nodiscard]] ZylVarDomainI* makeDomain(double lower, double upper, Type type) const;
+  /// Builds a domain of the variable's type and environment that is not interned.
+  [[nodiscard]] ZylVarDomainI* makeDomain(double lower, double upper) const;
   /// Null for a float variable from 0 to infinity.
   ZylVarDomainI* getDomain() const noexcept { return _domain; }
 
