@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -99,69 +100,57 @@ TEST(SystemUtils, TellsTheModule) {
   EXPECT_THAT(outcome.err, HasSubstr("kvlpath : cant_find_module_path"));
 }
 
-TEST(KvlRoot, IsTheOverrideOrLiesAboveTheModule) {
+// The roots of both products behave alike, but that one is also looked for near the module.
+TEST(Roots, AreFoundOncePerProcess) {
   const TemporaryDirectory directory;
-  const std::string good = directory.path("good");
   const std::string bad = directory.path("bad");
-  directory.touch("good/lib/kvlall.jar");
-  const std::string warning = "WARNING: KVLROOT_OVERRIDE environment variable is defined (" + bad +
-                              "), but does not point to a valid KVL installation -> ignored.\n";
-  const std::string fatal = "FATAL: Can't find the KVL root directory\n";
+  directory.touch("kvl/lib/kvlall.jar");
+  directory.touch("vtq/lib/vtqall.jar");
+  directory.touch("vtqe/lib/vtqeall.jar");
   const struct {
-    zyl::test::Environment environment;
-    std::string root;
-    std::string err;
-  } rows[] = {{{{"KVLROOT_OVERRIDE", good}}, good, ""},
-              {{{"KVLROOT_OVERRIDE", bad}}, "", warning + fatal},
-              {{}, "", fatal}};
-  for (const auto& row : rows) {
-    const Outcome outcome = inChild(row.environment, [&row] {
-      ZylKvlDefaultMessageHandler handler;
-      for (int i = 0; i < 2; ++i) EXPECT_EQ(ZylKvlHasValidKVLRoot(handler), !row.root.empty());
-      unsetenv("KVLROOT_OVERRIDE");  // what was found is final
-      try {
-        EXPECT_EQ(ZylKvlGetKVLRootDir(handler), row.root);
-        EXPECT_NE(row.root, "");
-      } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "FATAL:Can't find the KVL root directory");
-      }
-      ZylKvlNullMessageHandler silent;
-      EXPECT_EQ(ZylKvlGetKVLRootDir(silent), row.root);
-    });
-    EXPECT_EQ(outcome.err, row.err);
-  }
-}
-
-TEST(VtqRoot, IsTheOverrideAlone) {
-  const TemporaryDirectory directory;
-  directory.touch("all/lib/vtqall.jar");
-  directory.touch("eall/lib/vtqeall.jar");
-  const std::string bad = directory.path();
-  const std::string warning = "WARNING: VTQROOT_OVERRIDE environment variable is defined (" + bad +
-                              "), but does not point to a valid VTQ installation -> ignored.\n";
-  const std::string fatal = "FATAL: Can't find the VTQ root directory, check VTQ is installed\n";
-  const struct {
-    zyl::test::Environment environment;
-    std::string root;
-    std::string err;
-  } rows[] = {
-      {{{"VTQROOT_OVERRIDE", directory.path("all")}}, directory.path("all"), ""},
-      {{{"VTQROOT_OVERRIDE", directory.path("eall")}}, directory.path("eall"), ""},
-      {{{"VTQROOT_OVERRIDE", bad}}, "", warning + fatal},
-      {{}, "", fatal},
+    const char* product;
+    bool (*isThere)(ZylKvlMessageHandler&);
+    std::string (*get)(ZylKvlMessageHandler&);
+    std::vector<std::string> roots;
+    std::string fatal;
+  } products[] = {
+      {"KVL",
+       ZylKvlHasValidKVLRoot,
+       ZylKvlGetKVLRootDir,
+       {"kvl"},
+       "Can't find the KVL root directory"},
+      {"VTQ",
+       ZylKvlIsVTQEnabled,
+       ZylKvlGetVTQRootDir,
+       {"vtq", "vtqe"},
+       "Can't find the VTQ root directory, check VTQ is installed"},
   };
-  for (const auto& row : rows) {
-    const Outcome outcome = inChild(row.environment, [&row] {
-      ZylKvlDefaultMessageHandler handler;
-      for (int i = 0; i < 2; ++i) EXPECT_EQ(ZylKvlIsVTQEnabled(handler), !row.root.empty());
-      try {
-        EXPECT_EQ(ZylKvlGetVTQRootDir(handler), row.root);
-      } catch (const std::runtime_error&) {
-      }
-      ZylKvlNullMessageHandler silent;
-      EXPECT_EQ(ZylKvlGetVTQRootDir(silent), row.root);
-    });
-    EXPECT_EQ(outcome.err, row.err);
+  for (const auto& product : products) {
+    const std::string name = product.product;
+    const std::string variable = name + "ROOT_OVERRIDE";
+    for (const std::string& root : product.roots) {
+      inChild({{variable, directory.path(root)}}, [&] {
+        ZylKvlDefaultMessageHandler handler;
+        EXPECT_TRUE(product.isThere(handler));
+        setenv(variable.c_str(), bad.c_str(), 1);  // what was found is final
+        EXPECT_EQ(product.get(handler), directory.path(root));
+      });
+    }
+    for (const zyl::test::Environment& environment :
+         {zyl::test::Environment{}, {{variable, bad}}}) {
+      const Outcome outcome = inChild(environment, [&] {
+        ZylKvlDefaultMessageHandler handler;
+        for (int i = 0; i < 2; ++i) EXPECT_FALSE(product.isThere(handler));
+        EXPECT_THROW(product.get(handler), std::runtime_error);
+        ZylKvlNullMessageHandler silent;
+        EXPECT_EQ(product.get(silent), "");
+      });
+      const std::string warning = "WARNING: " + variable + " environment variable is defined (" +
+                                  bad + "), but does not point to a valid " + name +
+                                  " installation -> ignored.\n";
+      EXPECT_EQ(outcome.err,
+                (environment.empty() ? "" : warning) + "FATAL: " + product.fatal + "\n");
+    }
   }
 }
 

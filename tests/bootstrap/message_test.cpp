@@ -14,50 +14,12 @@ using zyl::test::inChild;
 namespace {
 
 TEST(MessageCatalog, HasAllTexts) {
-  const std::string noInstallation = " installation -> ignored.";
-  const std::string noRuntime =
-      " (A), but does not point to a valid SUN/Tavorn JRE or JDK installation -> ignored.";
-  const std::string relaunch =
-      ":\nA\n(you can relaunch with -debug to have more details about the error).\n";
-  const struct {
-    const char* id;
-    std::string text;
-  } rows[] = {
-      {"BOOTSTRAP_BAD_VTQROOT_ENV",
-       "VTQROOT_OVERRIDE environment variable is defined (A), but does not point to a valid VTQ" +
-           noInstallation},
-      {"BOOTSTRAP_BAD_VTQROOT_LOADED",
-       "We are running in a JVM that has already VTQ loaded, but the VTQ classes (A) are not in a "
-       "valid VTQ" +
-           noInstallation},
-      {"BOOTSTRAP_BAD_INSTALLER_JRE", "A JRE was set in VTQ installer" + noRuntime},
-      {"BOOTSTRAP_BAD_JAVAHOME", "JAVA_HOME environment variable is defined" + noRuntime},
-      {"BOOTSTRAP_BAD_JAVAREGISTRY", "A JRE is declared in registry" + noRuntime},
-      {"BOOTSTRAP_BAD_JAVAPATH", "A java executable was found in PATH" + noRuntime},
-      {"BOOTSTRAP_BAD_JAVAVTQ", "A JRE was found in VTQ installation" + noRuntime},
-      {"BOOTSTRAP_BAD_KVLROOT_ENV",
-       "KVLROOT_OVERRIDE environment variable is defined (A), but does not point to a valid KVL" +
-           noInstallation},
-      {"BOOTSTRAP_JAVA_CREATED_JVM",
-       "Created Java Virtual Machine from \"A\", with Java support classes from \"B\""},
-      {"BOOTSTRAP_JAVA_NO_JVM", "Can't find/create a valid Java Runtime Environment."},
-      {"BOOTSTRAP_NO_KVLROOT", "Can't find the KVL root directory"},
-      {"BOOTSTRAP_NO_VTQROOT", "Can't find the VTQ root directory, check VTQ is installed"},
-      {"BOOTSTRAP_NO_JVM", "No JVM running, see previous messages"},
-      {"BOOTSTRAP_JAVA_ERR_GET_JVM", "Error loading a Java Runtime Environment: A"},
-      {"BOOTSTRAP_JAVA_ERR_CREATE_JVM",
-       "Error creating Java Runtime Environment (did you set wrong parameters in VTQS_JAVA_ARGS?): "
-       "A"},
-      {"BOOTSTRAP_LAUNCH_ERROR", "Error launching A: B"},
-      {"BOOTSTRAP_ERROR_KVLVTQ_FALLBACK_KVL",
-       "Tavorn MARZ VTQ was detected, but there was an error launching KVL-VTQ IDE" + relaunch +
-           "Starting in pure KVL mode."},
-      {"BOOTSTRAP_ERROR_VTQ_PLAYER",
-       "Tavorn MARZ VTQ Studio failed to launch" + relaunch + "Exiting."},
-  };
   ZylKvlDefaultMessageHandler handler;
-  for (const auto& row : rows) EXPECT_EQ(handler.localize(row.id, "A", "B"), row.text);
-  EXPECT_EQ(handler.getMessageCatalog().size(), std::size(rows));
+  std::string texts;
+  for (const auto& [id, text] : handler.getMessageCatalog()) {
+    texts += id + ": " + handler.localize(id.c_str(), "<0>", "<1>") + "\n";
+  }
+  EXPECT_EQ(texts, zyl::test::readFile(MESSAGES_FILE));
   EXPECT_EQ(handler.getMessageCatalog()["BOOTSTRAP_LAUNCH_ERROR"], "Error launching %s: %s");
 }
 
