@@ -87,6 +87,25 @@ TEST_F(ZylComparisonTest, DependsOnItsVariables) {
                                     " = {\n0  <= y  + 1 \n}\n"));
 }
 
+TEST_F(ZylComparisonTest, RangesFromBelowAreOperands) {
+  EXPECT_TRUE(zyl::isExactly<ZylNumEqI>(((0 <= x) == (0 <= y)).getImpl()));
+  EXPECT_STREQ(((0 <= x) + 3 * (1 <= y)).getImpl()->getRttiTypeName(),
+               ((x >= 0) + 3 * (y >= 1)).getImpl()->getRttiTypeName());
+  const ZylRange chain = 0 <= x + 2 <= 10;
+  EXPECT_EQ(chain.getLB(), -2);
+  EXPECT_EQ(chain.getUB(), 8);
+}
+
+TEST_F(ZylComparisonTest, ATemporaryOnBothSidesIsTakenOnce) {
+  const ZylIntVar k(env, 0, 5);
+  const ZylIntExprArg sum = k + 1;
+  const ZylConstraint constraint = sum <= sum;
+  const auto* both = zyl::as<ZylBinaryNumConstraintI>(constraint.getImpl());
+  ASSERT_NE(both, nullptr);
+  EXPECT_EQ(both->getLeft(), both->getRight());
+  constraint.getImpl()->end();
+}
+
 TEST_F(ZylComparisonTest, ConstantsAreTrueOrFalse) {
   const ZylConstraint yes(new (env.getImpl()) ZylConstConstraintI(env.getImpl(), 1));
   EXPECT_TRUE(DisplaysAs(yes, "TrueConstraint "));

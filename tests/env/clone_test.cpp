@@ -95,6 +95,14 @@ TEST_F(ZylCloning, AnObjectsEndForgetsItsClone) {
 }
 
 // Originals of two environments may have one id between them.
+TEST_F(ZylCloning, ALockedMemoForgetsAClonesEnd) {
+  Probe* leaf = probe(env, "leaf");
+  target->lockCloning();
+  cloneOf(leaf)->end();
+  EXPECT_FALSE(target->hasClone(leaf));
+  target->unlockCloning();
+}
+
 TEST_F(ZylCloning, OriginalsAreKnownByMoreThanTheirIds) {
   Probe* a = probe(env, "a");
   Probe* sameId = probe(other, "same id");

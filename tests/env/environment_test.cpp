@@ -168,6 +168,25 @@ TEST_F(ZylEnvironment, SwitchesOfThreadSafety) {
   impl->setLocalEnv(nullptr);
 }
 
+TEST_F(ZylEnvironment, TermsAndListsOutliveASwitchOfThreadSafety) {
+  const ZylNumVar x(env, 0, 1);
+  ZylExpr early(env);
+  for (int i = 0; i < 10; ++i) early += i * x;
+  ZylModel listed(env);
+  ZylTypedListManagerI* lists = ZylTypedListManager::getOrMake(impl->getTypedLists(), impl);
+  ASSERT_FALSE(lists->getList(ZylModelI::GetTypeInfo())->isEmpty());
+  const long before = impl->getMemoryUsage();
+  impl->useMTSafeAllocation(1);
+  ZylExpr late(env);
+  for (int i = 0; i < 10; ++i) late += i * x;
+  early.end();
+  listed.end();
+  impl->useMTSafeAllocation(0);
+  late.end();
+  EXPECT_LT(impl->getMemoryUsage(), before);
+  EXPECT_TRUE(lists->getList(ZylModelI::GetTypeInfo())->isEmpty());
+}
+
 TEST_F(ZylEnvironment, ALocalEnvironmentServesObjectsAndIds) {
   RecordingLocalEnv local(impl);
   probe(env)->end();  // removals keep an array for the next one

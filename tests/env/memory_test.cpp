@@ -166,6 +166,18 @@ TEST(ZylMemory, BlocksNeverOverlap) {
   }
 }
 
+TEST(ZylMemory, SwitchedOffPoolsServeNoCellOfTheirs) {
+  ZylMemory memory(1);
+  void* cell = memory.alloc(24);
+  memory.free(cell, 24);
+  memory.setUseIt(0);
+  void* block = memory.alloc(24);
+  EXPECT_NE(block, cell);
+  EXPECT_EQ(memory.getMemoryUsage(), 24);
+  memory.free(block, 24);
+  EXPECT_EQ(memory.getMemoryUsage(), 0);
+}
+
 TEST(ZylMemory, LargePoolsKnowTheirBlocksByAddress) {
   ZylMemory memory(1);
   const ZylMemory other(1);

@@ -62,6 +62,10 @@ TEST_F(FunctionsTest, SumsRefuseBeforeTheyBuild) {
   EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
       [&] { ZylSum(array); },
       "ZylExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments"));
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { ZylSum(ZylIntVarArray(env, 1, ZylIntVar(other, 0, 1))); },
+                                "ZylNumExpr& ZylNumExpr::operator += const ZylNumExprArg arg : "
+                                "mixing mismatch Environments"));
   array[1] = ZylNumExprArg();
   EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylSum(array); }, "using empty handle in ZylSum"));
   EXPECT_TRUE(DisplaysAs(temporary, "2 * x  + 1 "));

@@ -76,6 +76,16 @@ TEST_F(LinTermTest, NormalFormAgreesWithMap) {
   }
 }
 
+// A sum may have been appended to since it was normal.
+TEST_F(LinTermTest, CopiesAreNormalisedAnew) {
+  ZylExpr e = x + y;
+  e.normalize();
+  e += x;
+  ZylExpr copy = e.copy();
+  copy.setLinearCoef(x, 5);
+  EXPECT_TRUE(DisplaysAs(copy, "y  + 5 * x "));
+}
+
 TEST_F(LinTermTest, NormalisationCanBeInhibited) {
   impl->inhibitNormalization(1);
   ZylExpr e(env);

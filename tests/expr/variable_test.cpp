@@ -14,6 +14,7 @@
 namespace {
 
 using zyl::test::DisplaysAs;
+using zyl::test::ExpectEachRaises;
 using zyl::test::RaisesWith;
 
 struct ZylVariableTest : testing::Test {
@@ -78,10 +79,17 @@ TEST_F(ZylVariableTest, EnumeratedValuesKeepInStepWithBounds) {
   EXPECT_EQ(x.getUB(), 1.0) << "the bound stays";
   EXPECT_TRUE(RaisesWith<ZylNotSupportedOperation>(
       [&] { i.getImpl()->setPossibleValues(ZylNumArray(env, 1L, 2.0)); },
-      "You cannot change the domain of an integer variable by giving it a floating point variable"));
+      "You cannot change the domain of an integer variable by giving it a floating point "
+      "variable"));
   EXPECT_TRUE(RaisesWith<ZylNotSupportedOperation>(
       [&] { ZylNumVar(env, ZylNumArray(env, 1L, 2.0), ZylNumVar::Int); },
       "You cannot create a integer variable by giving it an array of double"));
+  ExpectEachRaises<ZylArrayError>(
+      "Array of size 0 in call to ZylMin",
+      {[&] { i.getImpl()->setPossibleValues(ZylIntArray(env)); },
+       [&] { x.getImpl()->setPossibleValues(ZylNumArray(env)); },
+       [&] { ZylNumVar(env).getImpl()->setPossibleValues(ZylNumArray(env)); },
+       [&] { ZylIntVar(env, ZylIntArray(env)); }});
   ZylIntArray values(env);
   i.getPossibleValues(values);
   EXPECT_EQ(values.getSize(), 4);
@@ -95,8 +103,8 @@ TEST_F(ZylVariableTest, Displays) {
   EXPECT_TRUE(DisplaysAs(ZylNumVar(env, -1, 2.5, "y"), "y[-1..2.5] "));
   ZylSemiContVar s(env, 2, 5);
   const std::string id = std::to_string(s.getId());
-  EXPECT_TRUE(DisplaysAs(s, "ZylSemiContI (" + id + ")\nZylNumVar(" + id +
-                                ")[0..5]   _threshold 2\n"));
+  EXPECT_TRUE(
+      DisplaysAs(s, "ZylSemiContI (" + id + ")\nZylNumVar(" + id + ")[0..5]   _threshold 2\n"));
   ZylConversion c(env, s, ZylNumVar::Int);
   EXPECT_TRUE(DisplaysAs(ZylConversion(env, ZylNumVar(env, 0, 1, "b"), ZylNumVar::Int, "c"),
                          "ZylConversionI (c)\n  vars [b[0..1] ]\n  type 1\n"));

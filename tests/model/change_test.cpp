@@ -90,6 +90,27 @@ TEST_F(ZylRouting, AllHearBeforeTheRefusalsAreRaisedAsOne) {
   EXPECT_EQ(impl->getMemoryUsage(), before) << "the arrays of the refusals are gone";
 }
 
+// An engine may refuse in nobody's name and without saying what.
+TEST_F(ZylRouting, BareRefusalsAreMergedToo) {
+  RecordingAlgorithm* last = algorithm("last");
+  RecordingAlgorithm* bare = algorithm("bare");
+  last->refuse("ZylSetNumVarBounds");
+  bare->onApply = [](const ZylChange&) {
+    throw ZylAlgorithm::CannotChangeException(nullptr, ZylExtractableArray());
+  };
+  extractInto({last, bare}, x);
+  try {
+    x.setLB(3);
+    ADD_FAILURE() << "nothing was raised";
+  } catch (ZylAlgorithm::CannotChangeException& exception) {
+    EXPECT_EQ(exception.getAlgorithmI(), nullptr);
+    EXPECT_EQ(exception.getExtractables().getSize(), 1);
+    exception.end();
+  }
+  EXPECT_EQ(log.size(), 2U);
+  bare->onApply = nullptr;
+}
+
 TEST_F(ZylRouting, AnyOtherExceptionPassesAtOnce) {
   RecordingAlgorithm* last = algorithm("last");
   RecordingAlgorithm* raising = algorithm("raising");

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/probe.h"
@@ -254,6 +255,84 @@ TEST_F(ZylRemoval, FailedAllocations) {
           leaf.end();
           expectUsable();
         });
+  }
+}
+
+// Whoever held a kept expression dies; the removal owns it in the meantime.
+TEST_F(ZylRemoval, KeepsCountedObjectsWithTheRightCount) {
+  const ZylNumVar x(env, 0, 1);
+  for (const bool asArray : {false, true}) {
+    SCOPED_TRACE(asArray ? "array" : "one");
+    const ZylRange range(env, 0, ZylMax(x, 1.0) + ZylAbs(x), 5);
+    const long rangeId = range.getImpl()->getId();
+    ZylNumExprI* sum = range.getImpl()->getExprI();
+    const ZylNumExpr holder{ZylNumExprArg(sum)};
+    ASSERT_EQ(sum->getCount(), 2);
+    const ZylExtractableArray array(env, 1, ZylExtractable(sum));
+    asArray ? impl->removeFromAll(array) : impl->removeFromAll(sum);
+    EXPECT_TRUE(isLive(sum, sum->getId()));
+    EXPECT_FALSE(isLive(range.getImpl(), rangeId));
+    EXPECT_EQ(sum->getCount(), 1);
+    const long id = sum->getId();
+    sum->end();
+    EXPECT_FALSE(isLive(sum, id));
+    expectUsable();
+  }
+}
+
+TEST_F(ZylRemoval, AFailedAllocationHidesNoExpression) {
+  const ZylNumVar y(env, 0, 1);
+  for (int form = 0; form < 4; ++form) {
+    SCOPED_TRACE(testing::Message() << "form " << form);
+    ZylExtractableArray array(env);
+    std::vector<ZylRangeI*> ranges;
+    FailEachAllocation(
+        [&] {
+          const ZylNumVar x(env, 0, 1);
+          ranges.clear();
+          for (int i = 0; i < 4; ++i) {
+            ranges.push_back(ZylRange(env, 0, ZylMax(x, y) + ZylAbs(x), 5).getImpl());
+          }
+          array.clear();
+          array.add(x);
+          useUpPools(impl);
+          return x.getImpl();
+        },
+        [&](ZylNumVarI& x) {
+          if (form == 0) x.end();
+          if (form == 1) x.removeFromAll();
+          if (form == 2) impl->removeFromAllAndDestroy(array, 0);
+          if (form == 3) array.endElements();
+        },
+        [&](ZylNumVarI& x) {
+          const ZylIdManager& ids = *impl->getIdManager();
+          for (ZylIdManager::Iterator it(ids); it.ok(); ++it) EXPECT_FALSE(ids.isMarked(*it));
+          if (isLive(&x, x.getId())) x.end();
+          expectUsable();
+        });
+  }
+}
+
+// A plug-in that cleans up while it hears of a removal must leave nothing behind either.
+TEST_F(ZylRemoval, WhatReceiversEndIsRemovedFromAll) {
+  static Probe* second;
+  static ZylTypeInfo at;
+  for (const ZylTypeInfo type :
+       {ZylRemoveFromAllChange::GetTypeInfo(), ZylDestroyExtractableArray::GetTypeInfo()}) {
+    Probe::Died.clear();
+    ZylModel model(env);
+    Probe* first = probe(env, "first");
+    second = probe(env, "second");
+    probe(env, "user of second", second);
+    model.add(ZylExtractable(second));
+    at = type;
+    plugIn->onChange = [](const ZylChange& change) {
+      if (second != nullptr && change.isType(at)) std::exchange(second, nullptr)->end();
+    };
+    first->end();
+    EXPECT_EQ(Probe::Died.size(), 3U);
+    EXPECT_TRUE(model.getImpl()->getElements().isEmpty());
+    expectUsable();
   }
 }
 
