@@ -1,12 +1,7 @@
 #include "vorlane/collection/data_collection.h"
 
-#include <ostream>
-
 ZYL_TYPE_DEF(ZylDataCollectionI, ZylKvlBaseObjectI)
-ZYL_TYPE_DEF(ZylDiscreteDataCollectionI, ZylDataCollectionI)
 ZYL_TYPE_DEF(ZylContinuousDataI, ZylDataCollectionI)
-ZYL_TYPE_DEF(ZylIntCollectionI, ZylDiscreteDataCollectionI)
-ZYL_TYPE_DEF(ZylIntAbstractSetI, ZylIntCollectionI)
 
 ZylDataCollectionI::ZylDataCollectionI(ZylEnvI* env) : ZylKvlBaseObjectI(env) {}
 
@@ -40,42 +35,4 @@ bool ZylDataCollectionI::isMapAsCollection() const { return false; }
 
 void ZylDataCollectionI::testMutable() const {
   if (isImmutable()) throw ZylDataCollection::ImmutableException(this);
-}
-
-bool ZylDiscreteDataCollectionI::isKvlRefCounted() const { return true; }
-bool ZylIntCollectionI::isIntCollection() const { return true; }
-
-// --- handle ---------------------------------------------------------------------------------------
-
-ZylDataCollection::ImmutableException::ImmutableException(const ZylDataCollectionI* collection)
-    : ZylException("the Collection is referenced by another and is immutable"),
-      _collection(collection) {}
-
-void ZylDataCollection::ImmutableException::print(std::ostream& stream) const {
-  stream << "the Collection ";
-  if (_collection->getName() != nullptr) {
-    stream << " " << _collection->getName();
-  } else {
-    stream << "unamed collection";
-  }
-  stream << " is referenced by another and is immutable";
-}
-
-namespace {
-constexpr const char* EmptyText = "ZylDataCollection: Using empty handle";
-}
-
-long ZylDataCollection::getDataType() const { return checked(EmptyText)->getDataType(); }
-const char* ZylDataCollection::getName() const { return checked(EmptyText)->getName(); }
-void ZylDataCollection::setName(const char* name) const { checked(EmptyText)->setName(name); }
-void ZylDataCollection::display(std::ostream& stream) const { checked(EmptyText)->display(stream); }
-
-void ZylDataCollection::end() {
-  delete _impl;
-  _impl = nullptr;
-}
-
-std::ostream& operator<<(std::ostream& stream, const ZylDataCollection& collection) {
-  collection.display(stream);
-  return stream;
 }

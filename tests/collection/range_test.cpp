@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 #include "support/support.h"
@@ -26,13 +27,63 @@ TEST_F(ZylRanges, PositionsAndValues) {
   }
   EXPECT_EQ(range->getIndex(-3), -1);
   EXPECT_EQ(range->getIndex(4), -1);
-  EXPECT_THROW(static_cast<void>(range->getValue(-1)), ZylWrongUsage);
-  EXPECT_THROW(static_cast<void>(range->getValue(6)), ZylWrongUsage);
+  ExpectEachRaises<ZylWrongUsage>({
+      {"ZylIntRangeI::getValue(ZylInt index): index is negative", [&] { range->getValue(-1); }},
+      {"ZylIntRangeI::getValue(ZylInt index): index is out of bound", [&] { range->getValue(6); }},
+  });
   EXPECT_TRUE(range->contains(-2) && range->contains(3));
   EXPECT_LE(ints(3, 2)->getSize(), 0);
   EXPECT_FALSE(ints(3, 2)->contains(3));
   EXPECT_EQ(ints(ZylIntMin, 0)->getSize(), ZylIntMax);
   EXPECT_EQ(ints(0, ZylIntMax)->getSize(), ZylIntMax);
+  EXPECT_EQ(ints(3, 3)->getSize(), 1);
+  EXPECT_EQ(ints(5, ZylIntMin)->getSize(), 0);
+  EXPECT_EQ(ZylIntRangeI(impl).getSize(), ZylIntMax);
+  EXPECT_TRUE(DisplaysAs(range, "[-2 ,3]"));
+  EXPECT_THROW(static_cast<void>(range->getArray()), ZylNotImplemented);
+}
+
+TEST_F(ZylRanges, Steps) {
+  const ZylIntRange range(env, 3, 6);
+  EXPECT_EQ(range.getFirst(), 3);
+  EXPECT_EQ(range.getLast(), 6);
+  EXPECT_EQ(range.getNext(3, 3), 6);
+  EXPECT_EQ(range.getNext(6, -3), 3);
+  EXPECT_EQ(range.getPrevious(6), 5);
+  // Round the circle, against the residue.
+  for (long n = -13; n <= 13; ++n) {
+    for (long v = 3; v <= 6; ++v) {
+      EXPECT_EQ(range.getNextC(v, n), 3 + (v - 3 + n + 400) % 4) << v << " " << n;
+      EXPECT_EQ(range.getPreviousC(v, n), 3 + (v - 3 - n + 400) % 4) << v << " " << n;
+    }
+  }
+  ExpectEachRaises<ZylCollectionElementNotFoundException>({
+      {"next(): the element is not in the set: 2", [&] { range.getNext(2); }},
+      {"prevc(): the element is not in the set: 7", [&] { range.getPreviousC(7); }},
+      {"nextc(): the element is not in the set: 1", [&] { ints(2, 1)->getNextC(1, 1); }},
+  });
+  constexpr long Most = std::numeric_limits<long>::max();
+  constexpr long Least = std::numeric_limits<long>::min();
+  ExpectEachRaises<ZylOperatorNextElementNotFoundException>({
+      {"next(): the step leaves the set: 6", [&] { range.getNext(6); }},
+      {"prev(): the step leaves the set: 3", [&] { range.getPrevious(3); }},
+      {"next(): the step leaves the set: 5", [&] { range.getNext(5, Most); }},
+      {"prev(): the step leaves the set: 5", [&] { range.getPrevious(5, Least); }},
+  });
+  // Without bounds a value's position lies beyond the size, and a step is good all the same.
+  const ZylIntRange widest(env);
+  EXPECT_EQ(widest.getNext(5), 6);
+  EXPECT_EQ(widest.getNextC(ZylIntMax), ZylIntMin);
+  const ZylIntRange all(env, Least, Most);
+  EXPECT_EQ(all.getNextC(Most, 1), Least);
+  EXPECT_EQ(all.getPreviousC(Least, 1), Most);
+  EXPECT_EQ(all.getNextC(0, Least), Least);
+}
+
+TEST_F(ZylRanges, KeysOfDomainsStaySmall) {
+  // Environment, extension, lock and two bounds behind the table of virtual operations.
+  EXPECT_EQ(sizeof(ZylIntRangeI), 6 * sizeof(void*));
+  EXPECT_EQ(sizeof(ZylNumRangeI), 6 * sizeof(void*));
 }
 
 TEST_F(ZylRanges, LocksNest) {
@@ -56,6 +107,7 @@ TEST_F(ZylRanges, KindsAndCopies) {
   EXPECT_EQ(nums->getDataType(), ZylDataCollectionI::NumRange);
   EXPECT_TRUE(range->isIntRange() && range->isIntCollection() && !range->isNumRange());
   EXPECT_TRUE(nums->isNumRange() && !nums->isIntCollection());
+  EXPECT_FALSE(range->supportDuplicates());
   EXPECT_TRUE(nums->isKvlRefCounted());
   ZylIntRangeI* clone = range->makeClone(other.getImpl());
   EXPECT_EQ(clone->getEnv(), other.getImpl());
@@ -92,8 +144,14 @@ TEST_F(ZylRanges, Handles) {
   range.end();
   EXPECT_EQ(range.getImpl(), nullptr);
   range.end();
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { range.getLB(); },
-                                                  "ZylIntRange: Using empty handle"));
+  ExpectEachRaises<ZylEmptyHandleException>(
+      "ZylIntRange: Using empty handle",
+      {[&] { range.getLB(); }, [&] { range.getFirst(); }, [&] { range.getPreviousC(1); },
+       [&] { ZylIntRange::Iterator it(range); }});
+  ExpectEachRaises<ZylEmptyHandleException>(
+      "Using empty ZylEnv handle.",
+      {[] { ZylIntRange none(ZylEnv(nullptr)); }, [] { ZylIntRange none(ZylEnv(nullptr), 0, 1); },
+       [] { ZylNumRange none(ZylEnv(nullptr), 0.0, 1.0); }});
   EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([] { ZylNumRange().getUB(); },
                                                   "ZylNumRange: Using empty handle"));
 }

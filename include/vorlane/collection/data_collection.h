@@ -5,11 +5,8 @@
 
 #include <iosfwd>
 
-#include "vorlane/env/object.h"
-
-class ZylDataIterator;
-class ZylObjectBase;
-class ZylSymbol;
+#include "vorlane/env/array.h"
+#include "vorlane/env/property.h"
 
 /// A container of plain data.
 ///
@@ -35,12 +32,16 @@ class ZYL_EXPORT ZylDataCollectionI : public ZylKvlBaseObjectI {
   explicit ZylDataCollectionI(ZylEnvI* env);
   ~ZylDataCollectionI() override;
 
+  /// Calls `makeClone`.
   ZylRttiEnvObjectI* makeKvlClone(ZylEnvI* env) const override;
   /// Locks for a non-zero argument, unlocks for 0: a nesting count of those who depend on the
   /// contents.
   virtual void setLockable(long on);
+  /// A new collection of the same data in the same environment, unlocked.
   [[nodiscard]] virtual ZylDataCollectionI* copy() const = 0;
+  /// A `DataType`, or a number of a front end's own.
   virtual long getDataType() const = 0;
+  // The kinds, false in this base.
   virtual bool isIntRange() const;
   virtual bool isNumRange() const;
   virtual bool isIntSet() const;
@@ -61,7 +62,25 @@ class ZYL_EXPORT ZylDataCollectionI : public ZylKvlBaseObjectI {
   virtual bool isAnyCollection() const;
   virtual bool isMapAsCollection() const;
   virtual void display(std::ostream& stream) const = 0;
+  /// The same as `copy` in another environment.
   [[nodiscard]] virtual ZylDataCollectionI* makeClone(ZylEnvI* env) const = 0;
+
+  /// Sort an array, or its inclusive range, in place. What is swapped in the array is swapped in
+  /// `permutation` too, unless that handle is empty: begun as 0, 1, 2, ... it tells where each
+  /// element was. Equal elements may change places. Raise `ZylEmptyHandleException` for an empty
+  /// array, `ZylArrayError` for a range outside an array. O(n log n) expected.
+  static void sortAsc(ZylIntArray array);
+  static void sortAsc(ZylIntArray array, long low, long high,
+                      ZylIntArray permutation = ZylIntArray());
+  static void sortAsc(ZylNumArray array);
+  static void sortAsc(ZylNumArray array, long low, long high,
+                      ZylIntArray permutation = ZylIntArray());
+  static void sortDesc(ZylIntArray array);
+  static void sortDesc(ZylIntArray array, long low, long high,
+                       ZylIntArray permutation = ZylIntArray());
+  static void sortDesc(ZylNumArray array);
+  static void sortDesc(ZylNumArray array, long low, long high,
+                       ZylIntArray permutation = ZylIntArray());
 
   long getLockCount() const noexcept { return _lockCount; }
   bool isImmutable() const noexcept { return _lockCount > 0; }
@@ -76,34 +95,11 @@ class ZYL_EXPORT ZylDataCollectionI : public ZylKvlBaseObjectI {
   long _lockCount = 0;
 };
 
-/// A collection whose elements can be counted.
-class ZYL_EXPORT ZylDiscreteDataCollectionI : public ZylDataCollectionI {
-  ZYL_TYPE(ZylDiscreteDataCollectionI, ZylDataCollectionI)
- public:
-  explicit ZylDiscreteDataCollectionI(ZylEnvI* env) : ZylDataCollectionI(env) {}
-  bool isKvlRefCounted() const override;
-};
-
-/// A collection whose elements cannot.
+/// Data that cannot be enumerated.
 class ZYL_EXPORT ZylContinuousDataI : public ZylDataCollectionI {
   ZYL_TYPE(ZylContinuousDataI, ZylDataCollectionI)
  public:
   explicit ZylContinuousDataI(ZylEnvI* env) : ZylDataCollectionI(env) {}
-};
-
-/// A collection of integers.
-class ZYL_EXPORT ZylIntCollectionI : public ZylDiscreteDataCollectionI {
-  ZYL_TYPE(ZylIntCollectionI, ZylDiscreteDataCollectionI)
- public:
-  explicit ZylIntCollectionI(ZylEnvI* env) : ZylDiscreteDataCollectionI(env) {}
-  bool isIntCollection() const override;
-};
-
-/// A set of integers.
-class ZYL_EXPORT ZylIntAbstractSetI : public ZylIntCollectionI {
-  ZYL_TYPE(ZylIntAbstractSetI, ZylIntCollectionI)
- public:
-  explicit ZylIntAbstractSetI(ZylEnvI* env) : ZylIntCollectionI(env) {}
 };
 
 /// Handle of a collection.
@@ -123,12 +119,62 @@ class ZYL_EXPORT ZylDataCollection {
   ZylDataCollection() = default;
   explicit ZylDataCollection(ZylDataCollectionI* impl) noexcept : _impl(impl) {}
   ZylDataCollectionI* getImpl() const noexcept { return _impl; }
+
+  // Each raises `ZylEmptyHandleException` "ZylDataCollection: Using empty handle" on an empty
+  // handle, and, for a null name of a property, "ZylDataCollection: Using empty string".
   long getDataType() const;
-  const char* getName() const;
-  void setName(const char* name) const;
+  bool isIntRange() const;
+  bool isNumRange() const;
+  bool isIntSet() const;
+  bool isNumSet() const;
+  bool isSymbolSet() const;
+  bool isAnySet() const;
+  bool isIntDataColumn() const;
+  bool isNumDataColumn() const;
+  bool isAnyDataColumn() const;
+  bool isTupleCollection() const;
+  bool isTupleSet() const;
+  bool isTupleRefColumn() const;
+  bool isIntCollectionColumn() const;
+  bool isNumCollectionColumn() const;
+  bool isAnyCollectionColumn() const;
+  bool isIntCollection() const;
+  bool isNumCollection() const;
+  bool isAnyCollection() const;
+  bool isMapAsCollection() const;
   void display(std::ostream& stream) const;
+  const char* getName() const;
+  /// Copies the name; null clears it.
+  void setName(const char* name) const;
+  void* getObject() const;
+  void setObject(void* object) const;
+  /// The property set, an empty handle if there is none.
+  ZylNamedPropertySet getProperties() const;
+  /// Takes the set over, deleting the one that was there.
+  void setProperties(ZylNamedPropertySet properties) const;
+  void removeAllProperties() const;
+  void addProperty(ZylNamedProperty property) const;
+  void addClonedProperty(ZylNamedProperty property) const;
+  void addProperties(ZylNamedPropertySet properties) const;
+  bool hasProperty(const char* name) const;
+  ZylNamedProperty getProperty(const char* name) const;
+  const char* getStringProperty(const char* name) const;
+  void* getAnyProperty(const char* name) const;
+  double getNumProperty(const char* name) const;
+  long getIntProperty(const char* name) const;
+  void setStringProperty(const char* name, const char* value) const;
+  void setAnyProperty(const char* name, void* value) const;
+  void setNumProperty(const char* name, double value) const;
+  void setIntProperty(const char* name, long value) const;
+  void removeProperty(const char* name) const;
   /// Deletes the collection; nothing on an empty handle.
   void end();
+
+  /// Sort an array, or its inclusive range, in ascending order; see `ZylDataCollectionI::sortAsc`.
+  static void sort(ZylIntArray array);
+  static void sort(ZylIntArray array, long low, long high);
+  static void sort(ZylNumArray array);
+  static void sort(ZylNumArray array, long low, long high);
 
  protected:
   ZylDataCollectionI* checked(const char* text) const {
