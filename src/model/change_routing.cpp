@@ -46,6 +46,8 @@ class Refusals {
 }  // namespace
 
 void ZylEnvI::change(const ZylExtractableI* object, const ZylChange& change) {
+  // Most edits are made while a model is built, before anybody listens.
+  if (_algorithms == nullptr && _mtSafeAllocation == 0 && !_plugIns->hasNotified()) return;
   Refusals refusals;
   {
     zyl::detail::EnvLock lock(_mtSafeAllocation != 0 ? _mutex : nullptr);

@@ -263,15 +263,15 @@ TEST_F(ZylRemoval, KeepsCountedObjectsWithTheRightCount) {
   const ZylNumVar x(env, 0, 1);
   for (const bool asArray : {false, true}) {
     SCOPED_TRACE(asArray ? "array" : "one");
-    const ZylRange range(env, 0, ZylMax(x, 1.0) + ZylAbs(x), 5);
-    const long rangeId = range.getImpl()->getId();
-    ZylNumExprI* sum = range.getImpl()->getExprI();
+    ZylRangeI* range = ZylRange(env, 0, ZylMax(x, 1.0) + ZylAbs(x), 5).getImpl();
+    const long rangeId = range->getId();
+    ZylNumExprI* sum = range->getExprI();
     const ZylNumExpr holder{ZylNumExprArg(sum)};
     ASSERT_EQ(sum->getCount(), 2);
     const ZylExtractableArray array(env, 1, ZylExtractable(sum));
     asArray ? impl->removeFromAll(array) : impl->removeFromAll(sum);
     EXPECT_TRUE(isLive(sum, sum->getId()));
-    EXPECT_FALSE(isLive(range.getImpl(), rangeId));
+    EXPECT_FALSE(isLive(range, rangeId));
     EXPECT_EQ(sum->getCount(), 1);
     const long id = sum->getId();
     sum->end();

@@ -9,6 +9,7 @@
 
 class ClpSimplex;
 class ZylConstraintI;
+class ZylConversionI;
 class ZylNumVarI;
 
 namespace zyl::cbc {
@@ -18,6 +19,7 @@ struct Enumeration;
 /// A variable, or a selector of an enumerated one (then without `variable`).
 struct Column {
   const ZylNumVarI* variable = nullptr;
+  const ZylConversionI* conversion = nullptr;  // the last one extracted that lists the variable
   double lower = 0.0;
   double upper = 0.0;
   double cost = 0.0;  // of the minimisation

@@ -136,9 +136,20 @@ class ZylCbcSearch {
       const ZylNumVarI* variable = conversion->getVars()[i].getImpl();
       if (variable == nullptr) continue;
       _engine->extract(variable);
+      columnOf(variable)->conversion = conversion;
       refresh(columnOf(variable));
     }
     return true;
+  }
+
+  // Asked when a conversion goes; while one comes, it is the last.
+  const ZylConversionI* lastConversionOf(const ZylNumVarI* variable) const {
+    for (auto it = _impl.conversions.rbegin(); it != _impl.conversions.rend(); ++it) {
+      for (long i = 0; i < (*it)->getVars().getSize(); ++i) {
+        if ((*it)->getVars()[i].getImpl() == variable) return *it;
+      }
+    }
+    return nullptr;
   }
 
   bool extract(const ZylExtractableI* object, void** handle) {
@@ -186,7 +197,10 @@ class ZylCbcSearch {
 
   void releaseConverted(const ZylNumVarI* variable) {
     if (variable == nullptr || isLeaving(variable)) return;
-    if (Column* column = columnOf(variable)) refresh(column);
+    if (Column* column = columnOf(variable)) {
+      column->conversion = lastConversionOf(variable);
+      refresh(column);
+    }
     _engine->ZylAlgorithmI::remove(variable);
   }
 
@@ -214,23 +228,28 @@ class ZylCbcSearch {
 
   // The object is about to die, and its id will be issued again at once: nothing may be kept by
   // this id, however often the object was extracted.
-  void forget(const ZylExtractableI* object) {
+  void forgetOne(const ZylExtractableI* object) {
     if (object == nullptr || !_engine->isInUse(object)) return;
     const long id = object->getId();
     void* handle = _engine->_extractionHandles[id];
     _engine->_usageCounts[id] = 0;
     _engine->_extractionHandles[id] = nullptr;
-    if (is<ZylNumVarI>(object)) dropFromObjective(static_cast<Column*>(handle));
     remove(object, handle);
     if (_engine->_model == object) _engine->_model = nullptr;
   }
 
-  void forgetAll(const ZylExtractableArray& objects) {
-    for (long i = 0; i < objects.getSize(); ++i) forget(objects.getI(i));
+  void forget(const ZylExtractableI* object) {
+    forgetOne(object);
+    dropGoneCosts();
   }
 
-  void dropFromObjective(const Column* column) {
-    std::erase_if(_impl.objective.terms, [=](const Term& t) { return t.column == column; });
+  void forgetAll(const ZylExtractableArray& objects) {
+    for (long i = 0; i < objects.getSize(); ++i) forgetOne(objects.getI(i));
+    dropGoneCosts();
+  }
+
+  void dropGoneCosts() {
+    std::erase_if(_impl.objective.terms, [](const Term& term) { return term.column->gone; });
   }
 
   // --- edits ----------------------------------------------------------------------------------
@@ -238,12 +257,8 @@ class ZylCbcSearch {
   // Bounds, type and values of a column, as its variable and the conversions say now.
   void refresh(Column* column) {
     const ZylNumVarI* variable = column->variable;
-    zyl::VariableType type = variable->getType();
-    for (const ZylConversionI* conversion : _impl.conversions) {
-      for (long i = 0; i < conversion->getVars().getSize(); ++i) {
-        if (conversion->getVars()[i].getImpl() == variable) type = conversion->getType();
-      }
-    }
+    const zyl::VariableType type =
+        column->conversion != nullptr ? column->conversion->getType() : variable->getType();
     double lower = variable->getLB();
     double upper = variable->getUB();
     if (type == zyl::Bool && variable->getType() != zyl::Bool) {
