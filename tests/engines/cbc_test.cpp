@@ -164,6 +164,8 @@ TEST_F(CbcTest, RefusesByNamingEveryCulprit) {
   // An edit that cannot be followed destroys the extraction.
   EXPECT_THROW(model.add(product), ZylAlgorithm::CannotExtractException);
   EXPECT_FALSE(engine.isExtracted(fine));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { engine.solve(); },
+                                        "ZylCbc::solve: no model is loaded"));
 }
 
 TEST_F(CbcTest, RefusesNumbersThatNoProgramHolds) {

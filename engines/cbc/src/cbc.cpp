@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <ostream>
+#include <unordered_map>
 
 #include "search.h"
 
@@ -14,6 +15,11 @@ ZylCbcI::~ZylCbcI() = default;
 
 bool ZylCbcI::solve() {
   Impl& e = *_engine;
+  // An engine that was emptied by a refused edit must not call that solved.
+  if (_model == nullptr && std::none_of(_usageCounts, _usageCounts + _idCapacity,
+                                        [](long uses) { return uses > 0; })) {
+    ZylRaiseWrongUsage("ZylCbc::solve: no model is loaded");
+  }
   e.result = ZylCbcResult();
   e.store.synchronise();
 
@@ -29,11 +35,11 @@ bool ZylCbcI::solve() {
   }
   if (!e.start.empty()) {
     task.start.clear();
+    const std::unordered_map<long, double> values(e.start.rbegin(), e.start.rend());
     for (const auto& column : e.store.columns()) {
       if (column->variable == nullptr) continue;
-      for (const auto& [id, value] : e.start) {
-        if (id == column->variable->getId()) task.start.emplace_back(column.get(), value);
-      }
+      const auto given = values.find(column->variable->getId());
+      if (given != values.end()) task.start.emplace_back(column.get(), given->second);
     }
     e.start.clear();
   }

@@ -43,7 +43,8 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
   bool doRemove(const ZylExtractableI* extractable, void* handle) override;
   bool doApply(const ZylChange* change, void** handle, const ZylExtractableI* extractable) override;
   /// True if a solution is known afterwards. During the call edits of what the engine uses raise
-  /// `ZylNoChangeDuringSearchException`.
+  /// `ZylNoChangeDuringSearchException`. Raises `ZylWrongUsage` if no model is loaded, as after an
+  /// edit that the engine refused.
   bool solve() override;
   ZylAlgorithm::Status getStatus() const override;
   void clear() override;
