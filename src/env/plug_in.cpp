@@ -13,6 +13,55 @@ using zyl::detail::EnvLock;
 
 void ZylNotifiedPlugIn::removeAlgorithm(ZylAlgorithmI*) {}
 
+// A walk along a chain whose elements, called on the way, may take any of them off the chain, and
+// delete them: an element that leaves moves the walks on that would have come to it next.
+template <class T>
+class ZylPlugInManager::Walk {
+ public:
+  // Inlined, g++ 12 takes the link for one that dangles, and does not see the destructor undo it.
+  [[gnu::noinline]] Walk(Walk** walks, T* first) noexcept
+      : _walks(walks), _outer(*walks), _next(first) {
+    *walks = this;
+  }
+  ~Walk() { *_walks = _outer; }
+  Walk(const Walk&) = delete;
+  Walk& operator=(const Walk&) = delete;
+
+  T* next() noexcept {
+    T* element = _next;
+    if (element != nullptr) _next = element->_next;
+    return element;
+  }
+  void leave(const T* element) noexcept {
+    if (_next == element) _next = element->_next;
+  }
+  Walk* getOuter() const noexcept { return _outer; }
+
+ private:
+  Walk** _walks;
+  Walk* _outer;
+  T* _next;
+};
+
+// The link that leads to `object` in a chain, null if it is not in it.
+template <class T>
+T** ZylPlugInManager::findLink(T** link, const T* object) {
+  for (; *link != nullptr; link = &(*link)->_next) {
+    if (*link == object) return link;
+  }
+  return nullptr;
+}
+
+// Takes what `link` leads to off its chain; nothing for null.
+template <class T>
+void ZylPlugInManager::unlink(T** link, Walk<T>* walks) {
+  if (link == nullptr) return;
+  T* element = *link;
+  for (Walk<T>* walk = walks; walk != nullptr; walk = walk->getOuter()) walk->leave(element);
+  *link = element->_next;
+  element->_next = nullptr;
+}
+
 void ZylPlugInManager::ZylCell::end(ZylEnvI* env) {
   env->strFree(_name);
   while (ZylPlugIn* plugIn = _plugIns) {
@@ -32,7 +81,7 @@ ZylPlugInManager::~ZylPlugInManager() {
     _env->free(cell, sizeof(ZylCell));
   }
   while (NotifiedCell* cell = _notified) {
-    _notified = cell->next;
+    _notified = cell->_next;
     _env->free(cell, sizeof(NotifiedCell));
   }
 }
@@ -64,12 +113,8 @@ void ZylPlugInManager::add(ZylPlugIn* plugIn, const char* name) {
   ZylCell* cell = findOrCreateCell(name);
   plugIn->_next = cell->_plugIns;
   cell->_plugIns = plugIn;
-  for (ZylPlugInAddon* addon = cell->_addons; addon != nullptr;) {
-    // The add-on may take itself off while it hears of the plug-in; the same below.
-    ZylPlugInAddon* next = addon->_next;
-    addon->plugInAdded(plugIn);
-    addon = next;
-  }
+  Walk walk(&_addonWalks, cell->_addons);
+  while (ZylPlugInAddon* addon = walk.next()) addon->plugInAdded(plugIn);
 }
 
 void ZylPlugInManager::add(ZylPlugInAddon* addon, const char* name) {
@@ -77,59 +122,26 @@ void ZylPlugInManager::add(ZylPlugInAddon* addon, const char* name) {
   ZylCell* cell = findOrCreateCell(name);
   addon->_next = cell->_addons;
   cell->_addons = addon;
-  for (ZylPlugIn* plugIn = cell->_plugIns; plugIn != nullptr;) {
-    ZylPlugIn* next = plugIn->_next;
-    addon->plugInAdded(plugIn);
-    plugIn = next;
-  }
+  Walk walk(&_plugInWalks, cell->_plugIns);
+  while (ZylPlugIn* plugIn = walk.next()) addon->plugInAdded(plugIn);
 }
 
-namespace {
-// The link that leads to `object` in a chain, null if it is not in it.
-template <class T, class Next>
-T** findLink(T** link, const T* object, Next next) {
-  for (; *link != nullptr; link = next(*link)) {
-    if (*link == object) return link;
-  }
-  return nullptr;
-}
-}  // namespace
-
-// The link is looked for again behind the calls, which may have taken others off the chain.
 void ZylPlugInManager::remove(ZylPlugIn* plugIn, const char* name) {
   const EnvLock lock(_env->getMutex());
   ZylCell* cell = findCell(name);
-  const auto link = [&] {
-    return findLink(&cell->_plugIns, plugIn, [](ZylPlugIn* other) { return &other->_next; });
-  };
-  if (cell == nullptr || link() == nullptr) return;
-  for (ZylPlugInAddon* addon = cell->_addons; addon != nullptr;) {
-    ZylPlugInAddon* next = addon->_next;
-    addon->plugInRemoved(plugIn);
-    addon = next;
-  }
-  if (ZylPlugIn** found = link()) {
-    *found = plugIn->_next;
-    plugIn->_next = nullptr;
-  }
+  if (cell == nullptr || findLink(&cell->_plugIns, plugIn) == nullptr) return;
+  Walk walk(&_addonWalks, cell->_addons);
+  while (ZylPlugInAddon* addon = walk.next()) addon->plugInRemoved(plugIn);
+  unlink(findLink(&cell->_plugIns, plugIn), _plugInWalks);
 }
 
 void ZylPlugInManager::remove(ZylPlugInAddon* addon, const char* name) {
   const EnvLock lock(_env->getMutex());
   ZylCell* cell = findCell(name);
-  const auto link = [&] {
-    return findLink(&cell->_addons, addon, [](ZylPlugInAddon* other) { return &other->_next; });
-  };
-  if (cell == nullptr || link() == nullptr) return;
-  for (ZylPlugIn* plugIn = cell->_plugIns; plugIn != nullptr;) {
-    ZylPlugIn* next = plugIn->_next;
-    addon->plugInRemoved(plugIn);
-    plugIn = next;
-  }
-  if (ZylPlugInAddon** found = link()) {
-    *found = addon->_next;
-    addon->_next = nullptr;
-  }
+  if (cell == nullptr || findLink(&cell->_addons, addon) == nullptr) return;
+  Walk walk(&_plugInWalks, cell->_plugIns);
+  while (ZylPlugIn* plugIn = walk.next()) addon->plugInRemoved(plugIn);
+  unlink(findLink(&cell->_addons, addon), _addonWalks);
 }
 
 void ZylPlugInManager::addNotified(ZylNotifiedPlugIn* plugIn) {
@@ -141,13 +153,12 @@ void ZylPlugInManager::addNotified(ZylNotifiedPlugIn* plugIn) {
 
 void ZylPlugInManager::removeNotified(ZylNotifiedPlugIn* plugIn) {
   const EnvLock lock(_env->getMutex());
-  for (NotifiedCell** link = &_notified; *link != nullptr; link = &(*link)->next) {
-    NotifiedCell* cell = *link;
-    if (cell->plugIn != plugIn) continue;
-    *link = cell->next;
-    _env->free(cell, sizeof(NotifiedCell));
-    return;
-  }
+  NotifiedCell** link = &_notified;
+  while (*link != nullptr && (*link)->plugIn != plugIn) link = &(*link)->_next;
+  NotifiedCell* cell = *link;
+  if (cell == nullptr) return;
+  unlink(link, _notifiedWalks);
+  _env->free(cell, sizeof(NotifiedCell));
 }
 
 bool ZylPlugInManager::isCreated(ZylTypeInfo type, const char* name) const {
@@ -161,24 +172,21 @@ bool ZylPlugInManager::isCreated(ZylTypeInfo type, const char* name) const {
 }
 
 void ZylPlugInManager::apply(const ZylChange& change, const ZylExtractableI* object) {
-  for (const NotifiedCell* cell = _notified; cell != nullptr;) {
-    // The plug-in may take itself off the list while it hears of the change.
-    const NotifiedCell* next = cell->next;
+  Walk walk(&_notifiedWalks, _notified);
+  while (const NotifiedCell* cell = walk.next()) {
     const ZylAlgorithmI* algorithm = cell->plugIn->_algorithm;
     if (algorithm == nullptr || object == nullptr || algorithm->isInUse(object)) {
       cell->plugIn->notification(change, object);
     }
-    cell = next;
   }
 }
 
 void ZylPlugInManager::removeAlgorithm(ZylAlgorithmI* algorithm) {
   const zyl::detail::EnvLock lock(_env->getMutex());
-  for (const NotifiedCell* cell = _notified; cell != nullptr;) {
-    const NotifiedCell* next = cell->next;
+  Walk walk(&_notifiedWalks, _notified);
+  while (const NotifiedCell* cell = walk.next()) {
     ZylNotifiedPlugIn* plugIn = cell->plugIn;
     if (plugIn->_algorithm == algorithm) plugIn->_algorithm = nullptr;
     plugIn->removeAlgorithm(algorithm);
-    cell = next;
   }
 }

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/support.h"
@@ -87,7 +89,7 @@ TEST_F(ZylPlugIns, AreFoundByNameAndExactType) {
   delete p;
 }
 
-// Takes itself off when it hears of a plug-in, and with it the plug-in named `victim`.
+// Takes itself off when a plug-in comes, and does something once when one goes.
 class Leaving : public Addon {
  public:
   Leaving(ZylEnvI* env, ZylPlugInManager* manager) : Addon(env, "leaving"), _manager(manager) {}
@@ -97,15 +99,10 @@ class Leaving : public Addon {
   }
   void plugInRemoved(ZylPlugIn* plugIn) override {
     Addon::plugInRemoved(plugIn);
-    ZylPlugIn* other = victim;
-    victim = nullptr;
-    if (other != nullptr) {
-      _manager->remove(other, "service");
-      delete other;
-    }
+    if (const auto action = std::exchange(onRemoved, nullptr)) action();
   }
   bool leaves = false;
-  ZylPlugIn* victim = nullptr;
+  std::function<void()> onRemoved;
 
  private:
   ZylPlugInManager* _manager;
@@ -120,7 +117,10 @@ TEST_F(ZylPlugIns, AddonsMayLeaveAndRemoveOthersWhileTheyHear) {
   manager->add(p, "service");
   manager->add(q, "service");
   events.clear();
-  leaving->victim = q;
+  leaving->onRemoved = [&] {
+    manager->remove(q, "service");
+    delete q;
+  };
   manager->remove(p, "service");
   EXPECT_FALSE(manager->isCreated(Named::GetTypeInfo(), "service"));
   delete p;
@@ -129,6 +129,35 @@ TEST_F(ZylPlugIns, AddonsMayLeaveAndRemoveOthersWhileTheyHear) {
   events.clear();
   manager->add(plugIn("r"), "service");
   EXPECT_EQ(events, (Events{"leaving added r", "leaving removed r", "a added r"}));
+  delete leaving;
+}
+
+TEST_F(ZylPlugIns, ACallMayDeleteTheOneThatWouldBeCalledNext) {
+  auto* leaving = new (impl) Leaving(impl, manager);
+  Addon* next = addon("next");
+  for (Addon* each : {addon("last"), next, static_cast<Addon*>(leaving)}) {
+    manager->add(each, "service");
+  }
+  Named* p = plugIn("p");
+  manager->add(p, "service");
+  events.clear();
+  leaving->onRemoved = [&] {
+    manager->remove(next, "service");
+    delete next;
+  };
+  manager->remove(p, "service");
+  EXPECT_EQ(events, (Events{"leaving removed p", "next removed p", "end next", "last removed p"}));
+
+  manager->add(p, "service");
+  Named* q = plugIn("q");
+  manager->add(q, "service");
+  events.clear();
+  leaving->onRemoved = [&] {
+    manager->remove(p, "service");
+    delete p;
+  };
+  manager->remove(leaving, "service");
+  EXPECT_EQ(events, (Events{"leaving removed q", "leaving removed p", "last removed p", "end p"}));
   delete leaving;
 }
 

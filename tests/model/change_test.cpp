@@ -180,6 +180,18 @@ TEST_F(ZylRouting, AReceiverMayEndItself) {
   EXPECT_EQ(std::count(log.begin(), log.end(), "p3: ZylSetNumVarBounds"), 2);
 }
 
+TEST_F(ZylRouting, APlugInMayDeleteTheNext) {
+  plugIn("last");
+  RecordingPlugIn* next = plugIn("next");
+  plugIn("first")->onChange = [&](const ZylChange&) {
+    impl->getPlugInManager()->removeNotified(next);
+    impl->getPlugInManager()->remove(next, "next");
+    delete next;
+  };
+  x.setLB(1);
+  EXPECT_EQ(log, (Log{"first: ZylSetNumVarBounds", "last: ZylSetNumVarBounds"}));
+}
+
 TEST_F(ZylRouting, AnAlgorithmsEndUntiesItsPlugIns) {
   RecordingAlgorithm* a = algorithm("a");
   RecordingPlugIn* tied = plugIn("tied", a);

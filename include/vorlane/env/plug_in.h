@@ -107,11 +107,22 @@ class ZYL_EXPORT ZylPlugInManager {
  private:
   struct NotifiedCell {
     ZylNotifiedPlugIn* plugIn;
-    NotifiedCell* next;
+    NotifiedCell* _next;
   };
+  template <class T>
+  class Walk;
+  template <class T>
+  static T** findLink(T** link, const T* object);
+  template <class T>
+  static void unlink(T** link, Walk<T>* walks);
+
   ZylCell* _cells = nullptr;
   ZylEnvI* _env;
   NotifiedCell* _notified = nullptr;
+  // The walks under way along chains of each kind, innermost first.
+  Walk<ZylPlugIn>* _plugInWalks = nullptr;
+  Walk<ZylPlugInAddon>* _addonWalks = nullptr;
+  Walk<NotifiedCell>* _notifiedWalks = nullptr;
 };
 
 #endif
