@@ -54,10 +54,27 @@ void displayBounds(std::ostream& stream, Lower lower, Upper upper) {
   stream << "[" << lower << ".." << upper << "] ";
 }
 
-template <class Array>
-void displayValues(std::ostream& stream, const Array& values) {
+template <class Array, class Bound>
+void displayEither(std::ostream& stream, const Array& values, Bound lower, Bound upper) {
+  if (values.getImpl() == nullptr) {
+    displayBounds(stream, lower, upper);
+    return;
+  }
   zyl::detail::displayList(stream, values.getSize(),
                            [&](long i) -> std::ostream& { return stream << values[i]; });
+}
+
+// Gives a new domain, which dies if that fails, a copy of the values, if there are any.
+template <class Domain, class Array>
+Domain* withValues(ZylEnvI* env, Domain* domain, Array* copy, const Array& values) {
+  if (values.getImpl() == nullptr) return domain;
+  try {
+    *copy = values.copy(ZylEnv(env));
+  } catch (...) {
+    domain->suicide(env, domain);
+    throw;
+  }
+  return domain;
 }
 
 constexpr const char* DiscreteText = "SetLB is not supported on a discrete floating point variable";
@@ -94,24 +111,12 @@ void ZylNumVarDomainI::suicide(ZylEnvI* env, void* self) {
 }
 
 void ZylNumVarDomainI::display(std::ostream& stream) const {
-  if (isEnumerated()) {
-    displayValues(stream, _values);
-  } else {
-    displayBounds(stream, _lower, _upper);
-  }
+  displayEither(stream, _values, _lower, _upper);
 }
 
 ZylVarDomainI* ZylNumVarDomainI::makeClone(ZylEnvI* env) const {
   auto* clone = new (env) ZylNumVarDomainI(_lower, _upper);
-  if (isEnumerated()) {
-    try {
-      clone->_values = _values.copy(ZylEnv(env));
-    } catch (...) {
-      clone->suicide(env, clone);
-      throw;
-    }
-  }
-  return clone;
+  return withValues(env, clone, &clone->_values, _values);
 }
 
 // --- integer
@@ -158,24 +163,12 @@ void ZylIntVarDomainI::suicide(ZylEnvI* env, void* self) {
 }
 
 void ZylIntVarDomainI::display(std::ostream& stream) const {
-  if (isEnumerated()) {
-    displayValues(stream, _values);
-  } else {
-    displayBounds(stream, _lower, _upper);
-  }
+  displayEither(stream, _values, _lower, _upper);
 }
 
 ZylVarDomainI* ZylIntVarDomainI::makeClone(ZylEnvI* env) const {
   auto* clone = new (env) ZylIntVarDomainI(_lower, _upper, _any);
-  if (isEnumerated()) {
-    try {
-      clone->_values = _values.copy(ZylEnv(env));
-    } catch (...) {
-      clone->suicide(env, clone);
-      throw;
-    }
-  }
-  return clone;
+  return withValues(env, clone, &clone->_values, _values);
 }
 
 // --- boolean
