@@ -74,53 +74,25 @@ void ZylRangeI::setBounds(double lower, double upper) {
 }
 
 void ZylRangeI::setExpr(ZylNumExprI* expr) {
-  ZylNumLinTermI* linear = expr->toNumLinTermI();
-  linear->hold();
-  ZylNumLinTermI* before = _expr;
-  _expr = linear;
-  try {
-    notify(ZylSetRangeExpr(this, before, linear));
-  } catch (...) {
-    _env->release(before);
-    throw;
-  }
-  _env->release(before);
+  zyl::detail::replaceLinear<ZylSetRangeExpr>(this, &_expr, expr);
 }
 
 void ZylRangeI::setCoef(const ZylNumVar& variable, double coefficient) {
-  _expr = zyl::detail::ownLinear(_expr);
-  if (_expr->containsAggregate()) {
-    ZylRaiseWrongUsage("You can not change the coefficient of an aggregate expression");
-  }
-  _expr->kvlNormalization();
+  zyl::detail::prepareCoefs(&_expr);
   const double before = _expr->setCoef(variable, coefficient);
   notify(ZylSetRangeCoef(this, variable.getImpl(), coefficient, before));
 }
 
 void ZylRangeI::setCoef(const ZylNumVarArray& variables, const ZylNumArray& coefs) {
   if (variables.getSize() == 0) return;
-  _expr = zyl::detail::ownLinear(_expr);
-  if (_expr->containsAggregate()) {
-    ZylRaiseWrongUsage("You can not change the coefficient of an aggregate expression");
-  }
-  _expr->kvlNormalization();
+  zyl::detail::prepareCoefs(&_expr);
   const zyl::detail::ScopedNumArray before(_env, variables.getSize());
   _expr->setCoef(variables, coefs, before);
   notify(ZylSetRangeCoefs(this, variables, coefs, before));
 }
 
-// A column adds a variable that no term has yet: the sum is as normal as it was.
 void ZylRangeI::addVar(ZylNumVarI* variable, double coefficient) {
-  const bool normalized = _expr->isNormalized();
-  ZylNumLinExprTermI* term = _env->newTerm(variable, coefficient);
-  try {
-    _expr = zyl::detail::ownLinear(_expr);
-  } catch (...) {
-    _env->recycleTerm(term);
-    throw;
-  }
-  _expr->append(term);
-  _expr->setNormalized(normalized);
+  zyl::detail::addNewVariable(&_expr, variable, coefficient);
 }
 
 long ZylRangeI::normalize() {
@@ -170,14 +142,13 @@ void ZylRange::setExpr(const ZylNumExprArg& expr) const {
 
 void ZylRange::setLinearCoef(const ZylNumVar& variable, double coefficient) const {
   ZylRangeI* range = checkedRange();
-  if (variable.getImpl() == nullptr) ZylRaiseEmptyHandle("Using empty ZylNumVar handle.");
+  zyl::detail::requireHandle(variable);
   range->setCoef(variable, coefficient);
 }
 
 void ZylRange::setLinearCoefs(const ZylNumVarArray& variables, const ZylNumArray& coefs) const {
   ZylRangeI* range = checkedRange();
-  if (variables.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumVarArray::EmptyText());
-  if (coefs.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumArray::EmptyText());
+  zyl::detail::requireHandles(variables, coefs);
   range->setCoef(variables, coefs);
 }
 

@@ -103,31 +103,12 @@ ZylNumExprI* ZylObjectiveI::getExpr() const {
 
 void ZylObjectiveI::setExpr(const ZylNumExprArg& expr) {
   requireSingle("ZylObjective::setExpr");
-  ZylNumLinTermI* linear = expr.getImpl()->toNumLinTermI();
-  linear->hold();
-  ZylNumLinTermI* before = _expr;
-  _expr = linear;
-  // Receivers may still read the old expression, so it goes last, whatever they raise.
-  try {
-    notify(ZylSetObjExpr(this, before, linear));
-  } catch (...) {
-    _env->release(before);
-    throw;
-  }
-  _env->release(before);
-}
-
-void ZylObjectiveI::prepareCoef(const char* operation) {
-  requireSingle(operation);
-  _expr = zyl::detail::ownLinear(_expr);
-  if (_expr->containsAggregate()) {
-    ZylRaiseWrongUsage("You can not change the coefficient of an aggregate expression");
-  }
-  _expr->kvlNormalization();
+  zyl::detail::replaceLinear<ZylSetObjExpr>(this, &_expr, expr.getImpl());
 }
 
 void ZylObjectiveI::setCoef(const ZylNumVar& variable, double value) {
-  prepareCoef("ZylObjective::setCoef");
+  requireSingle("ZylObjective::setCoef");
+  zyl::detail::prepareCoefs(&_expr);
   const double before = _expr->setCoef(variable, value);
   notify(ZylSetObjCoef(this, variable.getImpl(), value, before));
 }
@@ -135,7 +116,7 @@ void ZylObjectiveI::setCoef(const ZylNumVar& variable, double value) {
 void ZylObjectiveI::setCoef(const ZylNumVarArray& variables, const ZylNumArray& values) {
   requireSingle("ZylObjective::setCoef");
   if (variables.getSize() == 0) return;
-  prepareCoef("ZylObjective::setCoef");
+  zyl::detail::prepareCoefs(&_expr);
   const zyl::detail::ScopedNumArray before(_env, variables.getSize());
   _expr->setCoef(variables, values, before);
   notify(ZylSetObjCoefs(this, variables, values, before));
@@ -149,13 +130,9 @@ void ZylObjectiveI::setConst(double constant) {
   notify(ZylSetObjConst(this, constant));
 }
 
-// A column adds a variable that no term has yet: the sum is as normal as it was.
 void ZylObjectiveI::addVar(ZylNumVarI* variable, double value) {
   requireSingle("ZylObjective::addVar");
-  const bool normalized = _expr->isNormalized();
-  _expr = zyl::detail::ownLinear(_expr);
-  _expr->append(_env->newTerm(variable, value));
-  _expr->setNormalized(normalized);
+  zyl::detail::addNewVariable(&_expr, variable, value);
 }
 
 long ZylObjectiveI::getNumCriteria() const {
@@ -222,14 +199,13 @@ void ZylObjective::setExpr(const ZylNumExprArg& expr) const {
 
 void ZylObjective::setLinearCoef(const ZylNumVar& variable, double value) const {
   ZylObjectiveI* objective = checkedObjective();
-  if (variable.getImpl() == nullptr) ZylRaiseEmptyHandle("Using empty ZylNumVar handle.");
+  zyl::detail::requireHandle(variable);
   objective->setCoef(variable, value);
 }
 
 void ZylObjective::setLinearCoefs(const ZylNumVarArray& variables, const ZylNumArray& values) const {
   ZylObjectiveI* objective = checkedObjective();
-  if (variables.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumVarArray::EmptyText());
-  if (values.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumArray::EmptyText());
+  zyl::detail::requireHandles(variables, values);
   objective->setCoef(variables, values);
 }
 

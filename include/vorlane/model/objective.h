@@ -79,7 +79,6 @@ class ZYL_EXPORT ZylObjectiveI final : public ZylExtractableI {
 
  private:
   void requireSingle(const char* operation) const;
-  void prepareCoef(const char* operation);
 
   Sense _sense;
   ZylNumLinTermI* _expr;
