@@ -42,35 +42,38 @@ namespace zyl::detail {
 
 inline constexpr long NoLimit = std::numeric_limits<long>::max();
 
-/// Singly linked term records in order. Owns nothing by itself: its node says when to recycle.
-struct TermList {
-  ZylNumLinExprTermI* _head = nullptr;
-  ZylNumLinExprTermI* _tail = nullptr;
+/// Records in order, each with its `_next`. Owns nothing by itself.
+template <class Record>
+struct RecordList {
+  Record* _head = nullptr;
+  Record* _tail = nullptr;
 
   bool isEmpty() const noexcept { return _head == nullptr; }
-  void append(ZylNumLinExprTermI* term) noexcept {
-    if (_tail != nullptr) {
-      _tail->_next = term;
-    } else {
-      _head = term;
-    }
-    _tail = term;
+  void append(Record* record) noexcept { link(record, record); }
+  /// Moves all records of `other` to the end of this list.
+  void splice(RecordList* other) noexcept {
+    if (other->_head == nullptr) return;
+    link(other->_head, other->_tail);
+    *other = RecordList();
   }
+
+ private:
+  void link(Record* first, Record* last) noexcept {
+    if (_tail != nullptr) {
+      _tail->_next = first;
+    } else {
+      _head = first;
+    }
+    _tail = last;
+  }
+};
+
+/// Term records; their node says when to recycle them.
+struct TermList : RecordList<ZylNumLinExprTermI> {
   void prepend(ZylNumLinExprTermI* term) noexcept {
     term->_next = _head;
     _head = term;
     if (_tail == nullptr) _tail = term;
-  }
-  /// Moves all records of `other` to the end of this list.
-  void splice(TermList* other) noexcept {
-    if (other->_head == nullptr) return;
-    if (_tail != nullptr) {
-      _tail->_next = other->_head;
-    } else {
-      _head = other->_head;
-    }
-    _tail = other->_tail;
-    *other = TermList();
   }
   /// Appends copies of all records of `other`. Raises `ZylMemoryException`.
   void appendCopies(ZylEnvI* env, const TermList& other);
@@ -82,33 +85,14 @@ struct TermList {
   long removeMarked(ZylEnvI* env, long limit = NoLimit);
 };
 
-/// Non-linear parts in order; each record holds one reference on its expression.
-struct ItemList {
-  ZylLinExprNonLinearItem* _head = nullptr;
-  ZylLinExprNonLinearItem* _tail = nullptr;
-
-  bool isEmpty() const noexcept { return _head == nullptr; }
+/// Non-linear parts; each record holds one reference on its expression.
+struct ItemList : RecordList<ZylLinExprNonLinearItem> {
   /// Holds the expression. Raises `ZylMemoryException`.
   void append(ZylEnvI* env, ZylNumExprI* expr) {
     auto* item = static_cast<ZylLinExprNonLinearItem*>(env->alloc(sizeof(ZylLinExprNonLinearItem)));
     *item = {expr, nullptr};
     expr->hold();
-    if (_tail != nullptr) {
-      _tail->_next = item;
-    } else {
-      _head = item;
-    }
-    _tail = item;
-  }
-  void splice(ItemList* other) noexcept {
-    if (other->_head == nullptr) return;
-    if (_tail != nullptr) {
-      _tail->_next = other->_head;
-    } else {
-      _head = other->_head;
-    }
-    _tail = other->_tail;
-    *other = ItemList();
+    RecordList::append(item);
   }
   /// Appends and holds all expressions of `other`. Raises `ZylMemoryException`.
   void appendCopies(ZylEnvI* env, const ItemList& other);
