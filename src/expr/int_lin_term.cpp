@@ -1,5 +1,5 @@
 #include "expr/build.h"
-#include "expr/linear_display.h"
+#include "expr/linear_node.h"
 #include "vorlane/algorithm/algorithm.h"
 #include "vorlane/expr/lin_term.h"
 #include "vorlane/expr/operators.h"
@@ -30,25 +30,13 @@ ZylIntLinTermI::~ZylIntLinTermI() {
 
 ZylExtractableI* ZylIntLinTermI::makeClone(ZylEnvI* env) const {
   Unfinished clone(new (env) ZylIntLinTermI(env, _constant));
-  for (const ZylLinExprNonLinearItem* item = _items._head; item != nullptr; item = item->_next) {
-    clone->_items.append(env, static_cast<ZylNumExprI*>(env->getClone(item->_expr)));
-  }
-  for (const ZylNumLinExprTermI* term = _terms._head; term != nullptr; term = term->_next) {
-    auto* variable = static_cast<ZylNumVarI*>(env->getClone(term->_var));
-    clone->_terms.append(env->newTerm(variable, term->_coef));
-  }
+  clone->_items.appendClones(env, _items);
+  clone->_terms.appendClones(env, _terms);
   return clone.finish();
 }
 
 void ZylIntLinTermI::atRemove(ZylExtractableI* removed, void*) {
-  if (_env->getDeleterMode() == 0) {
-    removeMarked();
-    return;
-  }
-  auto* variable = zyl::as<ZylNumVarI>(removed);
-  if (variable == nullptr) return;
-  remove(variable);
-  notify(ZylIntLinTermRemoveVar(this, variable));
+  zyl::detail::leaveLinear<ZylIntLinTermRemoveVar>(this, removed);
 }
 
 void ZylIntLinTermI::visitSubExtractables(ZylExtractableVisitor* visitor) {
@@ -56,11 +44,7 @@ void ZylIntLinTermI::visitSubExtractables(ZylExtractableVisitor* visitor) {
 }
 
 void ZylIntLinTermI::display(std::ostream& stream) const {
-  if (_env->isLongDisplay()) {
-    zyl::detail::displayLongLinear(stream, _terms, _items, _constant);
-  } else {
-    zyl::detail::displayShortLinear(stream, *this, _terms, _items, _constant);
-  }
+  zyl::detail::displayLinear(stream, *this, _terms, _items, _constant);
 }
 
 long ZylIntLinTermI::displayTerm(std::ostream& stream, const ZylNumLinExprTermI* term) const {
@@ -105,15 +89,10 @@ void ZylIntLinTermI::append(ZylIntLinTermI* other) {
 void ZylIntLinTermI::append(ZylIntExprI* expr) { _items.append(_env, expr); }
 
 void ZylIntLinTermI::multiply(long factor) {
-  ItemList items;
-  try {
-    for (const ZylLinExprNonLinearItem* item = _items._head; item != nullptr; item = item->_next) {
-      items.append(_env, zyl::detail::scaleInt(static_cast<ZylIntExprI*>(item->_expr), factor));
-    }
-  } catch (...) {
-    items.clear(_env);
-    throw;
-  }
+  const auto scaled = [factor](ZylNumExprI* expr) {
+    return zyl::detail::scaleInt(static_cast<ZylIntExprI*>(expr), factor);
+  };
+  const ItemList items = zyl::detail::rebuilt(_env, _items, scaled);
   _items.forget(_env);
   _items = items;
   const auto number = static_cast<double>(factor);

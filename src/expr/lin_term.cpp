@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "expr/build.h"
-#include "expr/linear_display.h"
+#include "expr/linear_node.h"
 #include "expr/own_linear.h"
 #include "vorlane/algorithm/algorithm.h"
 #include "vorlane/algorithm/model_evaluator.h"
@@ -52,25 +52,13 @@ ZylNumLinTermI::~ZylNumLinTermI() {
 
 ZylExtractableI* ZylNumLinTermI::makeClone(ZylEnvI* env) const {
   Unfinished clone(new (env) ZylNumLinTermI(env, _constant));
-  for (const ZylLinExprNonLinearItem* item = _items._head; item != nullptr; item = item->_next) {
-    clone->_items.append(env, static_cast<ZylNumExprI*>(env->getClone(item->_expr)));
-  }
-  for (const ZylNumLinExprTermI* term = _terms._head; term != nullptr; term = term->_next) {
-    auto* variable = static_cast<ZylNumVarI*>(env->getClone(term->_var));
-    clone->_terms.append(env->newTerm(variable, term->_coef));
-  }
+  clone->_items.appendClones(env, _items);
+  clone->_terms.appendClones(env, _terms);
   return clone.finish();
 }
 
 void ZylNumLinTermI::atRemove(ZylExtractableI* removed, void*) {
-  if (_env->getDeleterMode() == 0) {
-    removeMarked();
-    return;
-  }
-  auto* variable = zyl::as<ZylNumVarI>(removed);
-  if (variable == nullptr) return;
-  remove(variable);
-  notify(ZylNumLinTermRemoveVar(this, variable));
+  zyl::detail::leaveLinear<ZylNumLinTermRemoveVar>(this, removed);
 }
 
 void ZylNumLinTermI::visitSubExtractables(ZylExtractableVisitor* visitor) {
@@ -78,11 +66,7 @@ void ZylNumLinTermI::visitSubExtractables(ZylExtractableVisitor* visitor) {
 }
 
 void ZylNumLinTermI::display(std::ostream& stream) const {
-  if (_env->isLongDisplay()) {
-    zyl::detail::displayLongLinear(stream, _terms, _items, _constant);
-  } else {
-    zyl::detail::displayShortLinear(stream, *this, _terms, _items, _constant);
-  }
+  zyl::detail::displayLinear(stream, *this, _terms, _items, _constant);
 }
 
 long ZylNumLinTermI::displayTerm(std::ostream& stream, const ZylNumLinExprTermI* term) const {
@@ -137,28 +121,8 @@ void ZylNumLinTermI::prepend(ZylNumLinExprTermI* term) {
   normalize();
 }
 
-namespace {
-
-// The parts changed one by one, as a list that replaces the old one: a failure changes nothing. The
-// references that the old parts were held by stay: a part lives on under the new one.
-template <class Operation>
-ItemList rebuilt(ZylEnvI* env, const ItemList& items, Operation operation) {
-  ItemList result;
-  try {
-    for (const ZylLinExprNonLinearItem* item = items._head; item != nullptr; item = item->_next) {
-      result.append(env, operation(item->_expr));
-    }
-  } catch (...) {
-    result.clear(env);
-    throw;
-  }
-  return result;
-}
-
-}  // namespace
-
 void ZylNumLinTermI::multiply(double factor) {
-  ItemList items = rebuilt(
+  ItemList items = zyl::detail::rebuilt(
       _env, _items, [factor](ZylNumExprI* expr) { return zyl::detail::scaleNum(expr, factor); });
   _items.forget(_env);
   _items = items;
@@ -169,7 +133,7 @@ void ZylNumLinTermI::multiply(double factor) {
 }
 
 void ZylNumLinTermI::divide(double divisor) {
-  ItemList items = rebuilt(
+  ItemList items = zyl::detail::rebuilt(
       _env, _items, [divisor](ZylNumExprI* expr) { return zyl::detail::divideNum(expr, divisor); });
   _items.forget(_env);
   _items = items;

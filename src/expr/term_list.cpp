@@ -73,6 +73,12 @@ void TermList::appendCopies(ZylEnvI* env, const TermList& other) {
   }
 }
 
+void TermList::appendClones(ZylEnvI* env, const TermList& other) {
+  for (const ZylNumLinExprTermI* term = other._head; term != nullptr; term = term->_next) {
+    append(env->newTerm(static_cast<ZylNumVarI*>(env->getClone(term->_var)), term->_coef));
+  }
+}
+
 void TermList::clear(ZylEnvI* env) {
   while (_head != nullptr) {
     ZylNumLinExprTermI* term = _head;
@@ -97,6 +103,12 @@ long TermList::removeMarked(ZylEnvI* env, long limit) {
 void ItemList::appendCopies(ZylEnvI* env, const ItemList& other) {
   for (const ZylLinExprNonLinearItem* item = other._head; item != nullptr; item = item->_next) {
     append(env, item->_expr);
+  }
+}
+
+void ItemList::appendClones(ZylEnvI* env, const ItemList& other) {
+  for (const ZylLinExprNonLinearItem* item = other._head; item != nullptr; item = item->_next) {
+    append(env, static_cast<ZylNumExprI*>(env->getClone(item->_expr)));
   }
 }
 

@@ -77,6 +77,8 @@ struct TermList : RecordList<ZylNumLinExprTermI> {
   }
   /// Appends copies of all records of `other`. Raises `ZylMemoryException`.
   void appendCopies(ZylEnvI* env, const TermList& other);
+  /// Appends records in `env` of the clones that `other`'s variables have there.
+  void appendClones(ZylEnvI* env, const TermList& other);
   /// Gives all records back.
   void clear(ZylEnvI* env);
   /// Removes the first term of the variable.
@@ -96,6 +98,8 @@ struct ItemList : RecordList<ZylLinExprNonLinearItem> {
   }
   /// Appends and holds all expressions of `other`. Raises `ZylMemoryException`.
   void appendCopies(ZylEnvI* env, const ItemList& other);
+  /// Appends and holds the clones that the expressions of `other` have in `env`.
+  void appendClones(ZylEnvI* env, const ItemList& other);
   /// Frees the records and releases their expressions; consistent at each release, since one may
   /// come back here.
   void clear(ZylEnvI* env);

@@ -1,7 +1,7 @@
-// The two text forms that the linear nodes share.
+// What the linear nodes share: their two text forms, and what becomes of their parts.
 
-#ifndef ZYL_SRC_EXPR_LINEAR_DISPLAY_H
-#define ZYL_SRC_EXPR_LINEAR_DISPLAY_H
+#ifndef ZYL_SRC_EXPR_LINEAR_NODE_H
+#define ZYL_SRC_EXPR_LINEAR_NODE_H
 
 #include <ostream>
 
@@ -68,10 +68,49 @@ void displayShortLinear(std::ostream& stream, const Node& node, const TermList& 
   stream << constant << " ";
 }
 
+template <class Node, class Constant>
+void displayLinear(std::ostream& stream, const Node& node, const TermList& terms,
+                   const ItemList& items, Constant constant) {
+  if (node.getEnv()->isLongDisplay()) {
+    displayLongLinear(stream, terms, items, constant);
+  } else {
+    displayShortLinear(stream, node, terms, items, constant);
+  }
+}
+
 inline long displayLinearTerm(std::ostream& stream, const ZylNumLinExprTermI* term) {
   if (term->_coef == 0.0) return 0;
   displayProduct(stream, term);
   return 1;
+}
+
+// `removed` leaves the node, which is told so by a `Change`.
+template <class Change, class Node>
+void leaveLinear(Node* node, ZylExtractableI* removed) {
+  if (node->getEnv()->getDeleterMode() == 0) {
+    node->removeMarked();
+    return;
+  }
+  auto* variable = zyl::as<ZylNumVarI>(removed);
+  if (variable == nullptr) return;
+  node->remove(variable);
+  node->notify(Change(node, variable));
+}
+
+// The parts changed one by one, as a list that replaces the old one: a failure changes nothing. The
+// references that the old parts were held by stay: a part lives on under the new one.
+template <class Operation>
+ItemList rebuilt(ZylEnvI* env, const ItemList& items, Operation operation) {
+  ItemList result;
+  try {
+    for (const ZylLinExprNonLinearItem* item = items._head; item != nullptr; item = item->_next) {
+      result.append(env, operation(item->_expr));
+    }
+  } catch (...) {
+    result.clear(env);
+    throw;
+  }
+  return result;
 }
 
 }  // namespace zyl::detail
