@@ -1,12 +1,8 @@
 #include "vorlane/algorithm/algorithm.h"
 
-#include "env/property_check.h"
 #include "vorlane/expr/var_array.h"
 #include "vorlane/model/model.h"
 #include "vorlane/model/objective.h"
-
-using zyl::detail::checkedProperty;
-using zyl::detail::checkedSet;
 
 // Clients tell the failures apart: which operation raises what on an empty handle is given.
 
@@ -36,10 +32,6 @@ template <class Variables, class Values>
 void checkArrays(const Variables& variables, const Values& values) {
   if (variables.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylNumVarArray.");
   if (values.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylNumArray.");
-}
-
-const char* checkedName(const char* name) {
-  return zyl::detail::checkedName(name, "ZylAlgorithm: Using empty string");
 }
 
 }  // namespace
@@ -148,57 +140,7 @@ void ZylAlgorithm::setError(std::ostream& stream) const {
   _impl->setError(stream);
 }
 
-const char* ZylAlgorithm::getName() const { return owner()->getName(); }
-void ZylAlgorithm::setName(const char* name) const { owner()->setName(name); }
-void* ZylAlgorithm::getObject() const { return owner()->getObject(); }
-void ZylAlgorithm::setObject(void* object) const { owner()->setObject(object); }
-
-ZylNamedPropertySet ZylAlgorithm::getProperties() const {
-  return ZylNamedPropertySet(owner()->getProperties());
-}
-void ZylAlgorithm::setProperties(ZylNamedPropertySet properties) const {
-  owner()->setProperties(checkedSet(properties));
-}
-void ZylAlgorithm::removeAllProperties() const { owner()->removeAllProperties(); }
-void ZylAlgorithm::addProperty(ZylNamedProperty property) const {
-  owner()->addProperty(checkedProperty(property));
-}
-void ZylAlgorithm::addClonedProperty(ZylNamedProperty property) const {
-  owner()->addClonedProperty(checkedProperty(property));
-}
-void ZylAlgorithm::addProperties(ZylNamedPropertySet properties) const {
-  owner()->addProperties(checkedSet(properties));
-}
-bool ZylAlgorithm::hasProperty(const char* name) const {
-  return owner()->hasProperty(checkedName(name));
-}
-ZylNamedProperty ZylAlgorithm::getProperty(const char* name) const {
-  return ZylNamedProperty(owner()->getProperty(checkedName(name)));
-}
-const char* ZylAlgorithm::getStringProperty(const char* name) const {
-  return owner()->getStringProperty(checkedName(name));
-}
-void* ZylAlgorithm::getAnyProperty(const char* name) const {
-  return owner()->getAnyProperty(checkedName(name));
-}
-double ZylAlgorithm::getNumProperty(const char* name) const {
-  return owner()->getNumProperty(checkedName(name));
-}
-long ZylAlgorithm::getIntProperty(const char* name) const {
-  return owner()->getIntProperty(checkedName(name));
-}
-void ZylAlgorithm::setStringProperty(const char* name, const char* value) const {
-  owner()->setStringProperty(checkedName(name), value);
-}
-void ZylAlgorithm::setAnyProperty(const char* name, void* value) const {
-  owner()->setAnyProperty(checkedName(name), value);
-}
-void ZylAlgorithm::setNumProperty(const char* name, double value) const {
-  owner()->setNumProperty(checkedName(name), value);
-}
-void ZylAlgorithm::setIntProperty(const char* name, long value) const {
-  owner()->setIntProperty(checkedName(name), value);
-}
-void ZylAlgorithm::removeProperty(const char* name) const {
-  owner()->removeProperty(checkedName(name));
-}
+#define ZYL_HANDLE_CLASS ZylAlgorithm
+#define ZYL_HANDLE_OWNER owner()
+#define ZYL_HANDLE_NO_NAME "ZylAlgorithm: Using empty string"
+#include "env/property_operations.inc"

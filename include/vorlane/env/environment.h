@@ -9,6 +9,7 @@
 #include <new>
 
 #include "vorlane/env/env_mutex.h"
+#include "vorlane/env/extension.h"
 #include "vorlane/env/gen_alloc.h"
 #include "vorlane/env/id_manager.h"
 #include "vorlane/env/local_env.h"
@@ -29,7 +30,6 @@ class ZylComprehensionI;
 class ZylDestroyableI;
 class ZylDestroyableList;
 class ZylExpanderI;
-class ZylExtension;
 class ZylExtractableArray;
 class ZylExtractableI;
 class ZylGeneratorI;
@@ -37,10 +37,6 @@ class ZylIntRangeI;
 class ZylIntSharedDomainHash;
 class ZylKvlDisplayI;
 class ZylModelEvaluatorI;
-class ZylNamedProperty;
-class ZylNamedPropertyI;
-class ZylNamedPropertySet;
-class ZylNamedPropertySetI;
 class ZylNumExprI;
 class ZylNumRangeI;
 class ZylNumSharedDomainHash;
@@ -280,29 +276,9 @@ class ZYL_EXPORT ZylEnvI {
 
   // --- name, user object, properties ------------------------------------------------------------
 
-  const char* getName() const;
-  void setName(const char* name);
-  void* getObject() const;
-  void setObject(void* object);
-  ZylNamedPropertySetI* getProperties() const;
-  void setProperties(ZylNamedPropertySetI* properties);
-  void removeAllProperties();
-  void addProperty(ZylNamedPropertyI* property);
-  void addClonedProperty(ZylNamedPropertyI* property);
-  void addProperties(ZylNamedPropertySetI* properties);
-  bool hasProperty(const char* name) const;
-  ZylNamedPropertyI* getProperty(const char* name) const;
-  const char* getStringProperty(const char* name) const;
-  void* getAnyProperty(const char* name) const;
-  double getNumProperty(const char* name) const;
-  long getIntProperty(const char* name) const;
-  void setStringProperty(const char* name, const char* value);
-  void setAnyProperty(const char* name, void* value);
-  void setNumProperty(const char* name, double value);
-  void setIntProperty(const char* name, long value);
-  void removeProperty(const char* name);
-  void removeProperty(ZylNamedPropertyI* property);
+  ZYL_EXTENSION_OPERATIONS
 
+ public:
   // --- streams, time, display --------------------------------------------------------------------
 
   std::ostream& out() const noexcept { return *_out; }
@@ -342,6 +318,7 @@ class ZYL_EXPORT ZylEnvI {
   void* allocLocalTerm();
   void freeLocalTerm(void* term);
   void* newMarkArray();
+  ZylGenAlloc* extensionAlloc() const noexcept { return _alloc; }
 
   long _flags;
   long _useMemoryManager;
@@ -423,28 +400,8 @@ class ZYL_EXPORT ZylEnv {
 
   // Each raises `ZylEmptyHandleException` "ZylEnv: Using empty handle" on an empty handle, and, for
   // a null name, "ZylEnv: Using empty string".
-  const char* getName() const;
-  void setName(const char* name) const;
-  void* getObject() const;
-  void setObject(void* object) const;
-  ZylNamedPropertySet getProperties() const;
-  void setProperties(ZylNamedPropertySet properties) const;
-  void removeAllProperties() const;
-  void addProperty(ZylNamedProperty property) const;
-  void addClonedProperty(ZylNamedProperty property) const;
-  void addProperties(ZylNamedPropertySet properties) const;
-  bool hasProperty(const char* name) const;
-  ZylNamedProperty getProperty(const char* name) const;
+  ZYL_PROPERTY_OPERATIONS
   ZylNamedPropertyI* getPropertyI(const char* name) const;
-  const char* getStringProperty(const char* name) const;
-  void* getAnyProperty(const char* name) const;
-  double getNumProperty(const char* name) const;
-  long getIntProperty(const char* name) const;
-  void setStringProperty(const char* name, const char* value) const;
-  void setAnyProperty(const char* name, void* value) const;
-  void setNumProperty(const char* name, double value) const;
-  void setIntProperty(const char* name, long value) const;
-  void removeProperty(const char* name) const;
 
   // These raise with the default text.
   ZylSymbolI* getSymbol(const char* text) const;
