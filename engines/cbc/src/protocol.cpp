@@ -111,8 +111,8 @@ class ZylCbcSearch {
       takeTouched();
       return false;
     }
-    *handle = _impl.store.addRow(comparison, lower - constant, upper - constant, constant,
-                                 useTouched());
+    *handle =
+        _impl.store.addRow(comparison, lower - constant, upper - constant, constant, useTouched());
     return true;
   }
 
@@ -144,12 +144,15 @@ class ZylCbcSearch {
 
   // Asked when a conversion goes; while one comes, it is the last.
   const ZylConversionI* lastConversionOf(const ZylNumVarI* variable) const {
-    for (auto it = _impl.conversions.rbegin(); it != _impl.conversions.rend(); ++it) {
-      for (long i = 0; i < (*it)->getVars().getSize(); ++i) {
-        if ((*it)->getVars()[i].getImpl() == variable) return *it;
+    const auto lists = [variable](const ZylConversionI* conversion) {
+      const ZylNumVarArray& variables = conversion->getVars();
+      for (long i = 0; i < variables.getSize(); ++i) {
+        if (variables[i].getImpl() == variable) return true;
       }
-    }
-    return nullptr;
+      return false;
+    };
+    const auto last = std::find_if(_impl.conversions.rbegin(), _impl.conversions.rend(), lists);
+    return last != _impl.conversions.rend() ? *last : nullptr;
   }
 
   bool extract(const ZylExtractableI* object, void** handle) {
@@ -274,7 +277,8 @@ class ZylCbcSearch {
   }
 
   bool refreshChecked(Column* column) {
-    if (std::isnan(column->variable->getLB()) || std::isnan(column->variable->getUB())) return false;
+    if (std::isnan(column->variable->getLB()) || std::isnan(column->variable->getUB()))
+      return false;
     refresh(column);
     return true;
   }
@@ -489,7 +493,8 @@ class ZylCbcSearch {
   ZylCbcI::Impl& _impl;
 };
 
-// --- the three hooks ------------------------------------------------------------------------------
+// --- the three hooks
+// ------------------------------------------------------------------------------
 
 bool ZylCbcI::doExtract(const ZylExtractableI* extractable, void** handle) {
   return ZylCbcSearch(this).extract(extractable, handle);
@@ -501,8 +506,10 @@ bool ZylCbcI::doRemove(const ZylExtractableI* extractable, void* handle) {
 
 namespace {
 
-// A list of what the engine does for each class of change. The handle is that of the object changed.
-using Apply = bool (*)(ZylCbcI* engine, ZylCbcSearch& search, const ZylChange& change, void* handle);
+// A list of what the engine does for each class of change. The handle is that of the object
+// changed.
+using Apply = bool (*)(ZylCbcI* engine, ZylCbcSearch& search, const ZylChange& change,
+                       void* handle);
 
 template <class Change>
 const Change& as(const ZylChange& change) {
@@ -583,7 +590,8 @@ const Entry* entries(long* count) {
        [](ZylCbcI*, ZylCbcSearch& search, const ZylChange& change, void*) {
          const auto& c = as<ZylSetObjCoefs>(change);
          for (long i = 0; i < c.getVars().getSize(); ++i) {
-           if (!search.setObjectiveCoef(c.getVars()[i].getImpl(), c.getNewValues()[i])) return false;
+           if (!search.setObjectiveCoef(c.getVars()[i].getImpl(), c.getNewValues()[i]))
+             return false;
          }
          return true;
        }},
