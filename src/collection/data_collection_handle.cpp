@@ -1,10 +1,7 @@
 #include <ostream>
 
 #include "collection/shown_name.h"
-#include "env/property_check.h"
 
-using zyl::detail::checkedProperty;
-using zyl::detail::checkedSet;
 using zyl::detail::shownName;
 
 ZylDataCollection::ImmutableException::ImmutableException(const ZylDataCollectionI* collection)
@@ -19,10 +16,6 @@ void ZylDataCollection::ImmutableException::print(std::ostream& stream) const {
 
 namespace {
 constexpr const char* EmptyText = "ZylDataCollection: Using empty handle";
-
-const char* checkedName(const char* name) {
-  return zyl::detail::checkedName(name, "ZylDataCollection: Using empty string");
-}
 }  // namespace
 
 long ZylDataCollection::getDataType() const { return checked(EmptyText)->getDataType(); }
@@ -57,59 +50,11 @@ bool ZylDataCollection::isMapAsCollection() const {
 }
 
 void ZylDataCollection::display(std::ostream& stream) const { checked(EmptyText)->display(stream); }
-const char* ZylDataCollection::getName() const { return checked(EmptyText)->getName(); }
-void ZylDataCollection::setName(const char* name) const { checked(EmptyText)->setName(name); }
-void* ZylDataCollection::getObject() const { return checked(EmptyText)->getObject(); }
-void ZylDataCollection::setObject(void* object) const { checked(EmptyText)->setObject(object); }
-ZylNamedPropertySet ZylDataCollection::getProperties() const {
-  return ZylNamedPropertySet(checked(EmptyText)->getProperties());
-}
-void ZylDataCollection::setProperties(ZylNamedPropertySet properties) const {
-  checked(EmptyText)->setProperties(checkedSet(properties));
-}
-void ZylDataCollection::removeAllProperties() const { checked(EmptyText)->removeAllProperties(); }
-void ZylDataCollection::addProperty(ZylNamedProperty property) const {
-  checked(EmptyText)->addProperty(checkedProperty(property));
-}
-void ZylDataCollection::addClonedProperty(ZylNamedProperty property) const {
-  checked(EmptyText)->addClonedProperty(checkedProperty(property));
-}
-void ZylDataCollection::addProperties(ZylNamedPropertySet properties) const {
-  checked(EmptyText)->addProperties(checkedSet(properties));
-}
-bool ZylDataCollection::hasProperty(const char* name) const {
-  return checked(EmptyText)->hasProperty(checkedName(name));
-}
-ZylNamedProperty ZylDataCollection::getProperty(const char* name) const {
-  return ZylNamedProperty(checked(EmptyText)->getProperty(checkedName(name)));
-}
-const char* ZylDataCollection::getStringProperty(const char* name) const {
-  return checked(EmptyText)->getStringProperty(checkedName(name));
-}
-void* ZylDataCollection::getAnyProperty(const char* name) const {
-  return checked(EmptyText)->getAnyProperty(checkedName(name));
-}
-double ZylDataCollection::getNumProperty(const char* name) const {
-  return checked(EmptyText)->getNumProperty(checkedName(name));
-}
-long ZylDataCollection::getIntProperty(const char* name) const {
-  return checked(EmptyText)->getIntProperty(checkedName(name));
-}
-void ZylDataCollection::setStringProperty(const char* name, const char* value) const {
-  checked(EmptyText)->setStringProperty(checkedName(name), value);
-}
-void ZylDataCollection::setAnyProperty(const char* name, void* value) const {
-  checked(EmptyText)->setAnyProperty(checkedName(name), value);
-}
-void ZylDataCollection::setNumProperty(const char* name, double value) const {
-  checked(EmptyText)->setNumProperty(checkedName(name), value);
-}
-void ZylDataCollection::setIntProperty(const char* name, long value) const {
-  checked(EmptyText)->setIntProperty(checkedName(name), value);
-}
-void ZylDataCollection::removeProperty(const char* name) const {
-  checked(EmptyText)->removeProperty(checkedName(name));
-}
+
+#define ZYL_HANDLE_CLASS ZylDataCollection
+#define ZYL_HANDLE_OWNER checked(EmptyText)
+#define ZYL_HANDLE_NO_NAME "ZylDataCollection: Using empty string"
+#include "env/property_operations.inc"
 
 void ZylDataCollection::end() {
   delete _impl;

@@ -143,30 +143,7 @@ class ZYL_EXPORT ZylDataCollection {
   bool isAnyCollection() const;
   bool isMapAsCollection() const;
   void display(std::ostream& stream) const;
-  const char* getName() const;
-  /// Copies the name; null clears it.
-  void setName(const char* name) const;
-  void* getObject() const;
-  void setObject(void* object) const;
-  /// The property set, an empty handle if there is none.
-  ZylNamedPropertySet getProperties() const;
-  /// Takes the set over, deleting the one that was there.
-  void setProperties(ZylNamedPropertySet properties) const;
-  void removeAllProperties() const;
-  void addProperty(ZylNamedProperty property) const;
-  void addClonedProperty(ZylNamedProperty property) const;
-  void addProperties(ZylNamedPropertySet properties) const;
-  bool hasProperty(const char* name) const;
-  ZylNamedProperty getProperty(const char* name) const;
-  const char* getStringProperty(const char* name) const;
-  void* getAnyProperty(const char* name) const;
-  double getNumProperty(const char* name) const;
-  long getIntProperty(const char* name) const;
-  void setStringProperty(const char* name, const char* value) const;
-  void setAnyProperty(const char* name, void* value) const;
-  void setNumProperty(const char* name, double value) const;
-  void setIntProperty(const char* name, long value) const;
-  void removeProperty(const char* name) const;
+  ZYL_PROPERTY_OPERATIONS
   /// Deletes the collection; nothing on an empty handle.
   void end();
 
