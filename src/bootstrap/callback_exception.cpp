@@ -4,6 +4,7 @@
 #include <string>
 
 #include "bootstrap/java_utils.h"
+#include "bootstrap/pending_exception.h"
 #include "bootstrap/trace.h"
 #include "jace/local_ref.h"
 #include "vorlane/bootstrap/launch.h"
@@ -81,7 +82,7 @@ std::string JavaUtils::ZylCatchAndThrowFromJVM() {
     }
   }
   // Whatever went wrong on the way: the caller shall see the callback's exception.
-  env->ExceptionClear();
+  zyl::detail::dropPendingException(env);
   env->Throw(exception.get());
   return result;
 }

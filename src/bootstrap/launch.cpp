@@ -45,8 +45,7 @@ jobjectArray newStringArray(JNIEnv* env, const std::list<std::string>& texts) {
 std::string takeExceptionText(JNIEnv* env) {
   std::string result = "?";
   const LocalRef<jthrowable> exception(env, env->ExceptionOccurred());
-  if (ZylKvlLogger::_enabled) env->ExceptionDescribe();
-  env->ExceptionClear();
+  dropPendingException(env);
   const LocalRef<jclass> exceptionClass(env, env->GetObjectClass(exception.get()));
   jmethodID toString = env->GetMethodID(exceptionClass.get(), "toString", "()Ljava/lang/String;");
   if (toString != nullptr) {
@@ -55,7 +54,7 @@ std::string takeExceptionText(JNIEnv* env) {
       result = jace::helper::asString(env, static_cast<jstring>(text.get()));
     }
   }
-  env->ExceptionClear();
+  dropPendingException(env);
   return result;
 }
 

@@ -16,8 +16,8 @@ struct JNIEnv_;
 using JNIEnv = JNIEnv_;
 
 /// Returns the root of the language's installation: the value of `KVLROOT_OVERRIDE`, else the
-/// directory two levels above this library, whichever first holds lib/kvlall.jar.
-/// Without one, `fatal`; a handler whose `fatal` returns gets the empty text.
+/// directory two levels above the one that holds this library, whichever first has
+/// lib/kvlall.jar. Without one, `fatal`; a handler whose `fatal` returns gets the empty text.
 ZYL_EXPORT std::string ZylKvlGetKVLRootDir(ZylKvlMessageHandler& handler);
 
 /// Whether `ZylKvlGetKVLRootDir` has a root to return. Warns about a bad override.
