@@ -40,7 +40,7 @@ void UnixVmLoader::unloadVm() {
   _getCreatedJavaVMs = nullptr;
 }
 
-int UnixVmLoader::version() const { return _jniVersion; }
+int UnixVmLoader::version() { return _jniVersion; }
 
 VmLoader* UnixVmLoader::clone() const { return new UnixVmLoader(*this); }
 

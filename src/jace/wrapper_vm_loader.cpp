@@ -36,7 +36,7 @@ void WrapperVmLoader::loadVm() {}
 
 void WrapperVmLoader::unloadVm() {}
 
-int WrapperVmLoader::version() const { return _jniVersion; }
+int WrapperVmLoader::version() { return _jniVersion; }
 
 VmLoader* WrapperVmLoader::clone() const { return new WrapperVmLoader(_vm); }
 

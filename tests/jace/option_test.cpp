@@ -36,7 +36,7 @@ TEST(JaceOption, HasTextAndPointerAndAClone) {
   for (const auto& row : rows) {
     const std::unique_ptr<jace::Option> clone(row.option->clone());
     EXPECT_NE(clone, row.option);
-    for (const jace::Option* option : {row.option.get(), clone.get()}) {
+    for (jace::Option* option : {row.option.get(), clone.get()}) {
       EXPECT_EQ(option->stringValue(), row.text);
       EXPECT_EQ(option->extraInfo(), row.pointer);
     }
@@ -47,7 +47,7 @@ TEST(JaceOption, ClonesAClassPathAsAPlainProperty) {
   const jace::ClassPath path("x");
   const std::unique_ptr<jace::Option> clone(path.clone());
   EXPECT_EQ(dynamic_cast<const jace::ClassPath*>(clone.get()), nullptr);
-  const auto* property = dynamic_cast<const jace::SystemProperty*>(clone.get());
+  auto* property = dynamic_cast<jace::SystemProperty*>(clone.get());
   ASSERT_NE(property, nullptr);
   EXPECT_EQ(property->name() + " " + property->value(), "java.class.path x");
 }
@@ -59,6 +59,7 @@ class CountedOption : public jace::CustomOption {
   CountedOption(const CountedOption& other) : CustomOption(other) { ++alive; }
   CountedOption& operator=(const CountedOption&) = delete;
   ~CountedOption() override { --alive; }
+  std::string stringValue() override { return "counted"; }
   [[nodiscard]] jace::Option* clone() const override { return new CountedOption(*this); }
   inline static int alive = 0;
 };

@@ -22,14 +22,17 @@ concept TextIterator = std::input_iterator<Iterator> &&
 }  // namespace detail
 
 /// One option as the runtime's creation takes it: a text and, for hooks, a pointer.
+///
+/// Text and pointer are asked of the list's own clone and are not const: an option may make them up
+/// when it is asked.
 class ZYL_EXPORT Option {
  public:
   virtual ~Option();
 
   /// Returns the text that the runtime reads.
-  [[nodiscard]] virtual std::string stringValue() const = 0;
+  [[nodiscard]] virtual std::string stringValue() = 0;
   /// Returns the function that a hook stands for; null for every other option.
-  [[nodiscard]] virtual void* extraInfo() const = 0;
+  [[nodiscard]] virtual void* extraInfo() = 0;
   /// Returns a new option that the caller owns.
   [[nodiscard]] virtual Option* clone() const = 0;
 
@@ -44,11 +47,11 @@ class ZYL_EXPORT SystemProperty : public Option {
  public:
   SystemProperty(std::string name, std::string value);
 
-  [[nodiscard]] std::string stringValue() const override;
-  [[nodiscard]] void* extraInfo() const override;
+  [[nodiscard]] std::string stringValue() override;
+  [[nodiscard]] void* extraInfo() override;
   [[nodiscard]] Option* clone() const override;
-  [[nodiscard]] virtual std::string name() const;
-  [[nodiscard]] virtual std::string value() const;
+  [[nodiscard]] virtual std::string name();
+  [[nodiscard]] virtual std::string value();
 
  private:
   std::string _name;
@@ -66,8 +69,8 @@ class ZYL_EXPORT CustomOption : public Option {
  public:
   explicit CustomOption(std::string value);
 
-  [[nodiscard]] std::string stringValue() const override;
-  [[nodiscard]] void* extraInfo() const override;
+  [[nodiscard]] std::string stringValue() override;
+  [[nodiscard]] void* extraInfo() override;
   [[nodiscard]] Option* clone() const override;
 
  private:
@@ -90,8 +93,8 @@ class ZYL_EXPORT Verbose : public Option {
   template <detail::TextIterator Iterator>
   Verbose(Iterator first, Iterator last) : _options(first, last) {}
 
-  [[nodiscard]] std::string stringValue() const override;
-  [[nodiscard]] void* extraInfo() const override;
+  [[nodiscard]] std::string stringValue() override;
+  [[nodiscard]] void* extraInfo() override;
   [[nodiscard]] Option* clone() const override;
 
  private:
@@ -107,8 +110,8 @@ class ZYL_EXPORT VfprintfHook : public Hook {
   using Function = int (*)(FILE*, const char*, va_list);
   explicit VfprintfHook(Function function);
 
-  [[nodiscard]] std::string stringValue() const override;
-  [[nodiscard]] void* extraInfo() const override;
+  [[nodiscard]] std::string stringValue() override;
+  [[nodiscard]] void* extraInfo() override;
   [[nodiscard]] Option* clone() const override;
 
  private:
@@ -121,8 +124,8 @@ class ZYL_EXPORT ExitHook : public Hook {
   using Function = void (*)(int);
   explicit ExitHook(Function function);
 
-  [[nodiscard]] std::string stringValue() const override;
-  [[nodiscard]] void* extraInfo() const override;
+  [[nodiscard]] std::string stringValue() override;
+  [[nodiscard]] void* extraInfo() override;
   [[nodiscard]] Option* clone() const override;
 
  private:
@@ -135,8 +138,8 @@ class ZYL_EXPORT AbortHook : public Hook {
   using Function = void (*)();
   explicit AbortHook(Function function);
 
-  [[nodiscard]] std::string stringValue() const override;
-  [[nodiscard]] void* extraInfo() const override;
+  [[nodiscard]] std::string stringValue() override;
+  [[nodiscard]] void* extraInfo() override;
   [[nodiscard]] Option* clone() const override;
 
  private:

@@ -22,7 +22,7 @@ class ZYL_EXPORT UnixVmLoader : public VmLoader {
 
   void loadVm() override;
   void unloadVm() override;
-  [[nodiscard]] int version() const override;
+  [[nodiscard]] int version() override;
   /// The clone shares the handle: only one of the two may `unloadVm`.
   [[nodiscard]] VmLoader* clone() const override;
   /// Both answer `JNI_ERR` while the library is not loaded.

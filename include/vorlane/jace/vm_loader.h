@@ -18,8 +18,8 @@ class ZYL_EXPORT VmLoader {
   virtual void loadVm() = 0;
   /// Undoes one `loadVm`.
   virtual void unloadVm() = 0;
-  /// Returns the JNI version to ask for.
-  [[nodiscard]] virtual int version() const = 0;
+  /// Returns the JNI version to ask for. Not const: a loader may learn it from its library first.
+  [[nodiscard]] virtual int version() = 0;
   /// Returns a new loader that the caller owns. Raises `JNIException`.
   [[nodiscard]] virtual VmLoader* clone() const = 0;
   /// Creates a machine from the `JavaVMInitArgs` at `arguments`; `env` receives the `JNIEnv*` of

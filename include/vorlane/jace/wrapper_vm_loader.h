@@ -23,7 +23,7 @@ class ZYL_EXPORT WrapperVmLoader : public VmLoader {
   /// Loading and unloading are for others to do: these do nothing.
   void loadVm() override;
   void unloadVm() override;
-  [[nodiscard]] int version() const override;
+  [[nodiscard]] int version() override;
   [[nodiscard]] VmLoader* clone() const override;
   /// Answers the wrapped machine and attaches the calling thread through the installed loader;
   /// `arguments` is ignored. `JNI_EINVAL` if `vm` or `env` is null. Raises `JNIException`.
