@@ -73,7 +73,8 @@ TEST_F(Creation, PassesOptionsAndPathsInOrder) {
        "Trying to find VTQ using VTQROOT_OVERRIDE\n", "search KVLROOT_OVERRIDE env variable\n",
        "Found loaded JVM (indirect) " + _home + tavornLayout + "\n",
        "No JVM dynamic module library loaded, assume no JVM running\n", "No JVM, creating one\n",
-       "Java args had quotes, fixing them to '-foo bar",
+       "Java args had quotes, fixing them to '-foo bar -cp a -Djava.library.path=/l1 dropped "
+       "-classpath \"c d\" x-Djava.library.path=/l2 -Xint \"\"'\n",
        "Adding param '-foo bar' from VTQS_JAVA_ARGS\n",
        "Adding classpath 'c d' from VTQS_JAVA_ARGS\n",
        "Adding java library path '/l1' from VTQS_JAVA_ARGS\n",
@@ -94,11 +95,15 @@ TEST_F(Creation, FollowsTheVariables) {
     Texts options;
     const char* trace = "";
     const char* inherited = "/old";
+    std::string classPath = "";  // how it begins
   } rows[] = {
       {"VTQS_JAVA_ARGS", "", {"-Xmx512M"}},
       {"VTQS_JAVA_ARGS", "'", {"", "-Xmx512M"}},
       {"VTQS_JAVA_ARGS", "''", {"-Xmx512M"}},
-      {"VTQS_JAVA_ARGS", "\"-a -b\"", {"-a", "-b", "-Xmx512M"}},
+      {"VTQS_JAVA_ARGS", "\"-a -b\"", {"-a", "-b", "-Xmx512M"}, "fixing them to '-a -b'\n"},
+      {"VTQS_JAVA_ARGS", "-cp", {"-Xmx512M"}, "Adding classpath '' from", "/old", ":"},
+      {"VTQS_JAVA_ARGS", "-cpx y", {"-cpx y", "-Xmx512M"}},
+      {"VTQS_JAVA_ARGS", "-a-Xmx1g", {"-a-Xmx1g"}, "Setting max JVM memory to 'mx1g' from"},
       {"VTQS_JAVA_ARGS", "-Xmx 1g", {"-Xmx 1g"}, "Setting max JVM memory to '' from"},
       {"VTQS_JAVA_ARGS", "-Xmx1g", {"-Xmx1g"}, "Setting max JVM memory to '1g' from"},
       {"VTQS_JAVA_NO_DEFAULT_MEMORY",
@@ -132,7 +137,9 @@ TEST_F(Creation, FollowsTheVariables) {
     EXPECT_THAT(outcome.err, HasSubstr(row.trace));
     Texts options = recorded("option");
     ASSERT_GE(options.size(), 2u);
-    options.resize(options.size() - 2);  // the two paths
+    options.pop_back();  // the library path
+    EXPECT_THAT(options.back(), testing::StartsWith("-Djava.class.path=" + row.classPath + "/"));
+    options.pop_back();
     EXPECT_EQ(options, row.options);
   }
 }
@@ -177,6 +184,24 @@ TEST_F(Creation, RedirectsOutputWithTheLogOn) {
     EXPECT_EQ(recorded("flag"), row.isCalled ? Texts{"true"} : Texts{});
     EXPECT_EQ(wasDescribed(), !row.rules.empty());
   }
+}
+
+TEST_F(Creation, RedirectsNothingWithTheLogOff) {
+  run({}, [] {
+    ZylKvlNullMessageHandler handler;
+    EXPECT_TRUE(ZylKvlCreateJVM(handler, /*redirectJavaOutput=*/true, false));
+  });
+  EXPECT_EQ(recorded("FindClass"), Texts{});
+}
+
+TEST_F(Creation, SeparatesNothingFromAnEmptyModuleDirectory) {
+  run({{"VTQS_JAVA_ARGS", "-Djava.library.path=/l"}}, [] {
+    zyl::test::moduleFile = "/x.so";
+    ZylKvlNullMessageHandler handler;
+    EXPECT_TRUE(ZylKvlCreateJVM(handler, false, false));
+  });
+  EXPECT_THAT(recorded("option"),
+              testing::ElementsAre(testing::_, testing::StartsWith("-Djava.library.path=/l:")));
 }
 
 // What a handler hears, or the caller, when there is no machine to be had.
@@ -254,6 +279,7 @@ TEST_F(Creation, UsesTheMachineThatRuns) {
       {"machines=1 attach=-1", true,
        "Error trying to load JVM, ignoring it, just checking JVM availability\n", false},
       {"machines=2", true, "Found loaded JVM/", false},
+      {"machines=2", false, "UnixVmLoader or Win32VmLoader created\n", false},
       {"getCreated=-1", false, "assume no JVM running\n", false},
       {"", true, "No JVM installation can be detected, assume no JVM running\n", false, true},
   };
@@ -266,8 +292,11 @@ TEST_F(Creation, UsesTheMachineThatRuns) {
       ZylKvlLogger::_enabled = true;
       ZylKvlNullMessageHandler handler;
       for (int i = 0; i < 2; ++i) EXPECT_EQ(JavaUtils::HasJVM(handler), row.isUsed);
+      // A library without a machine is left again.
+      EXPECT_EQ(zyl::test::closedLibraries == 1,
+                std::string(row.found).ends_with("assume no JVM running\n"));
       if (!row.isUsed) return;
-      EXPECT_FALSE(ZylKvlCreateJVM(handler, false, false));
+      for (int i = 0; i < 2; ++i) EXPECT_FALSE(ZylKvlCreateJVM(handler, false, false));
       EXPECT_EQ(ZylKvlGetJVM(handler), jace::helper::attach());
       // A loader is installed once, so a new search finds no machine for itself.
       JavaUtils::ResetJVMSearch();

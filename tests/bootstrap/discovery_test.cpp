@@ -86,6 +86,14 @@ TEST(SystemUtils, TellsTheModule) {
   const Outcome outcome = inChild({}, [] {
     ZylKvlLogger::_enabled = true;
     EXPECT_THAT(SystemUtils::GetCurrentModuleFilePath(), testing::EndsWith("/bootstrap_test"));
+    for (const char* file : {"/d/libx.so.1", "/d/x.a", "x.dll"}) {
+      zyl::test::moduleFile = file;
+      EXPECT_TRUE(ZylKvlIsRunningAsSharedLib());
+    }
+    const std::string longFile(3000, 'x');
+    zyl::test::moduleFile = longFile.c_str();
+    EXPECT_FALSE(ZylKvlIsRunningAsSharedLib());
+    EXPECT_EQ(SystemUtils::GetCurrentModuleFilePath(), longFile.substr(0, 1023));
     zyl::test::modulesAreHidden = true;
     EXPECT_EQ(SystemUtils::GetCurrentModuleFilePath(), "cant_find_module_path");
     EXPECT_EQ(ZylKvlGetCurrentModuleDirPath(), "cant_find_module_path");

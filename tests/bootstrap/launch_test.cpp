@@ -1,13 +1,17 @@
 // Launch of a class, the launcher's command line, and the way back of exceptions.
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <list>
+#include <set>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "bootstrap/java_utils.h"
 #include "bootstrap/stub_installation.h"
 #include "jace/stub.h"
 #include "vorlane/bootstrap.h"
@@ -124,6 +128,14 @@ TEST_F(Launch, TellsThatNoMachineRuns) {
   const std::string fatal = "No JVM running, see previous messages\n";
   EXPECT_EQ(outcome.err,
             "FATAL: " + fatal + "ERROR: Error launching Demo: FATAL:" + fatal + "FATAL: " + fatal);
+  const Outcome uninstalled = run({}, [] {
+    unsetenv("JAVA_HOME");
+    ZylKvlDefaultMessageHandler handler;
+    EXPECT_FALSE(launchDemo(handler));
+  });
+  EXPECT_EQ(uninstalled.err,
+            "ERROR: Can't find/create a valid Java Runtime Environment.\nERROR: Error launching "
+            "Demo: Unable to resolve the function, JNI_CreateJavaVM from library \n");
 }
 
 class Launcher : public zyl::test::StubInstallation {
@@ -174,8 +186,14 @@ TEST_F(Launcher, TakesItsOptionsOutOfTheLine) {
 }
 
 TEST_F(Launcher, IsSilentOnFailureWithoutDebug) {
-  for (const char* option : {"-java", "-kvlroot", "-vtqroot"}) {
-    EXPECT_EQ(launch({{"STUB_RUNTIME", "throws=main"}}, {"p", option}).err, "");
+  // Each without a value, which empties its variable.
+  const std::string rows[][2] = {{"-java", _kvl + "|-||-|-|"},
+                                 {"-kvlroot", "|-|" + _home + "|-|-|"},
+                                 {"-vtqroot", _kvl + "||" + _home + "|-|-|"}};
+  for (const auto& [option, variables] : rows) {
+    const Outcome outcome = launch({{"STUB_RUNTIME", "throws=main"}}, {"p", option});
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, variables);
   }
 }
 
@@ -188,6 +206,43 @@ TEST_F(Launcher, TracesWhatComesAfterDebug) {
                           "VTQS_JAVA_ARGS is -q\n", "javaNoInheritedLIBPATHAppend is true\n",
                           "Adding argument for the Java class: x\n", "Adding main arg: -debug\n"});
   EXPECT_THAT(outcome.err, Not(HasSubstr("VTQROOT_OVERRIDE_ENV_VAR_NAME is " + _vtq)));
+}
+
+TEST_F(Launcher, TracesEachOperationByItsName) {
+  const auto parse = [](std::string last) {
+    char* argv[] = {last.data()};
+    ZylKvlLogger::_enabled = true;  // by the client; the launcher heeds its own option only
+    parseArgumentsAndExec(1, argv, "Demo", "demo/Main", false, false);
+  };
+  const Outcome silent = run({}, [&] { parse("p"); });
+  EXPECT_EQ(silent.err, "Entering parseArgumentsAndExec with Demo;demo/Main\n");
+
+  const Outcome outcome = run({{"VTQROOT_OVERRIDE", _vtq}, {"VTQS_JAVA_ARGS", "-a"}}, [&] {
+    parse("-debug");
+    ZylKvlIsRunningAsSharedLib();
+    ZylCatchAndThrowFromJVM();
+    JavaUtils::ResetJVMSearch();
+  });
+  std::set<std::string> names;
+  for (const std::string& line : outcome.errorLines()) {
+    std::istringstream words(line.substr(std::min(line.find_first_not_of('-'), line.size())));
+    std::string word;
+    std::string name;
+    if (words >> word >> name && word == "Entering") names.insert(name);
+  }
+  std::string all;
+  for (const std::string& name : names) all += name + " ";
+  EXPECT_EQ(all,
+            "AddToSharedLibLoadingPath CheckIfExistingJVMAvailable FileExists "
+            "GetCurrentModuleDirPath GetCurrentModuleFilePath GetCurrentModuleFilePathInternal "
+            "GetDirname GetJRERuntimeLibInternal GetKVLRootDirInternal "
+            "GetLoadedJRERuntimeLibInternal GetVTQRootDirInternal HasJVM IsLibPointingToTavornJVM "
+            "IsValidJRERootDir IsValidKvlRootDir IsValidVtqRootDir JREHomeToJRERuntimeLib "
+            "JREHomeToJRERuntimeLibOverride ResetJVMSearch SetEnvironmentVariable SetVMLoader "
+            "ZylCatchAndThrowFromJVM ZylKvlCommandLineToArgv ZylKvlCreateJVM ZylKvlGetJVM "
+            "ZylKvlGetKVLRootDir ZylKvlGetVTQRootDir ZylKvlHasValidKVLRoot "
+            "ZylKvlIsRunningAsSharedLib ZylKvlIsVTQEnabled ZylKvlLaunchJavaMain "
+            "parseArgumentsAndExec ");
 }
 
 TEST_F(Launcher, ShowsItsOptions) {

@@ -48,6 +48,10 @@ TEST(Localize, TakesTextsAndArgumentsOfAnyKind) {
     handler.getMessageCatalog()["BAR"] = row[0];
     EXPECT_EQ(handler.localize("BAR", "A", "B"), row[1]);
   }
+  // Filled once, so that a text of the client's own stays, in this handler.
+  handler.getMessageCatalog()["BOOTSTRAP_JAVA_NO_JVM"] = "own";
+  EXPECT_EQ(handler.localize("BOOTSTRAP_JAVA_NO_JVM", nullptr, nullptr), "own");
+  EXPECT_NE(ZylKvlDefaultMessageHandler().getMessageCatalog()["BOOTSTRAP_JAVA_NO_JVM"], "own");
   const std::string longText(1 << 20, 'x');
   EXPECT_EQ(handler.localize("BOOTSTRAP_JAVA_ERR_GET_JVM", longText.c_str(), nullptr),
             ("Error loading a Java Runtime Environment: " + longText).substr(0, 10239));

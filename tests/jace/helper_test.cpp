@@ -84,21 +84,52 @@ class ForeignLoader : public jace::UnixVmLoader {
  public:
   ForeignLoader() : UnixVmLoader("", 0) {}
   [[nodiscard]] jace::VmLoader* clone() const override { return new ForeignLoader; }
+  void loadVm() override { throw std::runtime_error("foreign"); }
   int getCreatedJavaVMs(JavaVM**, int, int*) override { throw std::runtime_error("foreign"); }
 };
 
 TEST(JaceHelper, EndsTheProcessOnAnythingButItsOwnException) {
   constexpr int abortStatus = 1000 + SIGABRT;
-  inChild(
-      {},
-      [] {
-        helper::setVmLoader(ForeignLoader());
-        try {
-          helper::attach();
-        } catch (const std::runtime_error&) {
-        }
-      },
-      abortStatus);
+  const std::function<void()> operations[] = {
+      helper::attach,
+      [] { helper::createVm(ForeignLoader(), jace::OptionList(), /*ignoreUnrecognized=*/false); }};
+  for (const std::function<void()>& operation : operations) {
+    inChild(
+        {},
+        [&operation] {
+          helper::setVmLoader(ForeignLoader());
+          try {
+            operation();
+          } catch (const std::runtime_error&) {
+          }
+        },
+        abortStatus);
+  }
+}
+
+// Clones itself as the loader that is installed already, and counts.
+class LastingLoader : public jace::UnixVmLoader {
+ public:
+  LastingLoader() : UnixVmLoader("", 0) {}
+  ~LastingLoader() override { ++ended; }
+  [[nodiscard]] jace::VmLoader* clone() const override {
+    jace::VmLoader* installed = helper::getVmLoader();
+    return installed == nullptr ? new LastingLoader : installed;
+  }
+  void unloadVm() override { ++unloaded; }
+  int version() override { return 0; }
+  inline static int ended = 0;
+  inline static int unloaded = 0;
+};
+
+TEST(JaceHelper, KeepsALoaderThatIsItsOwnCloneAndUnloadsItAtShutdown) {
+  inChild({}, [] {
+    const LastingLoader loader;
+    for (int i = 0; i < 2; ++i) helper::setVmLoader(loader);
+    EXPECT_EQ(LastingLoader::ended, 0);
+    helper::shutdown();
+    EXPECT_EQ(LastingLoader::unloaded, 1);
+  });
 }
 
 TEST(JaceHelper, CountsReferencesUntilShutdown) {

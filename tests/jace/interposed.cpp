@@ -8,6 +8,8 @@ namespace zyl::test {
 
 constinit int threadKeyFailure = 0;
 constinit bool modulesAreHidden = false;
+constinit const char* moduleFile = nullptr;
+constinit int closedLibraries = 0;
 constinit bool directoryIsHidden = false;
 
 }  // namespace zyl::test
@@ -40,7 +42,14 @@ int pthread_setspecific(pthread_key_t key, const void* value) noexcept {
 
 int dladdr(const void* address, Dl_info* info) noexcept {
   if (zyl::test::modulesAreHidden) return 0;
-  return next<int(const void*, Dl_info*)>("dladdr")(address, info);
+  const int found = next<int(const void*, Dl_info*)>("dladdr")(address, info);
+  if (zyl::test::moduleFile != nullptr) info->dli_fname = zyl::test::moduleFile;
+  return found;
+}
+
+int dlclose(void* library) noexcept {
+  ++zyl::test::closedLibraries;
+  return next<int(void*)>("dlclose")(library);
 }
 
 long pathconf(const char* path, int name) noexcept {

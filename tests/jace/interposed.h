@@ -9,6 +9,10 @@ namespace zyl::test {
 extern int threadKeyFailure;
 /// Whether `dladdr` fails.
 extern bool modulesAreHidden;
+/// The file that `dladdr` names for every module that it finds, null for the true one.
+extern const char* moduleFile;
+/// How often `dlclose` was called.
+extern int closedLibraries;
 /// Whether the working directory cannot be told.
 extern bool directoryIsHidden;
 

@@ -28,21 +28,29 @@ TEST(JaceCatchAndThrow, TellsTheClassOrWhyItCannot) {
   const struct {
     const char* rules;
     std::string failure;
+    std::string record = "";  // how it ends
   } rows[] = {
-      {"", mapped + "demo.Failure\n"},
+      {"", mapped + "demo.Failure\n",
+       "FindClass java/lang/Class\nCall getClass\nCall getName\nCall getClass\nCall getName\n"},
       {"missing=java/lang/Throwable", noClass + "java.lang.Throwable."},
       {"missing=java/lang/Class", noClass + "java.lang.Class."},
       {"missing=java/lang/Throwable.getClass", noMethod + "Throwable.getClass()."},
       {"missing=java/lang/Class.getName", noMethod + "Class.getName()."},
       {"missing=java/lang/Class.getSuperclass", noMethod + "Class.getSuperclass()."},
-      {"throws=getClass", calling + "getClass() on the thrown exception."},
-      {"throws=getName", calling + "getName() on the class of the thrown exception."},
+      {"throws=getClass", calling + "getClass() on the thrown exception.",
+       "Call getClass\nExceptionDescribe java/lang/IllegalStateException\n"},
+      {"throws=getName", calling + "getName() on the class of the thrown exception.",
+       "Call getName\nExceptionDescribe java/lang/IllegalStateException\n"},
       {"null=GetStringUTFChars",
        "Unable to retrieve the character string for an exception message."},
       {"null=getName", "Unable to retrieve the character string for an exception message."},
   };
   for (const auto& row : rows) {
-    inChild({{"STUB_RUNTIME", std::string("machines=1 ") + row.rules}}, [&] {
+    const zyl::test::TemporaryDirectory directory;
+    const zyl::test::Environment environment = {
+        {"STUB_RUNTIME", std::string("machines=1 ") + row.rules},
+        {"STUB_RECORD", directory.path("record")}};
+    inChild(environment, [&] {
       installStub();
       JNIEnv* env = helper::attach();
       helper::catchAndThrow();
@@ -51,6 +59,7 @@ TEST(JaceCatchAndThrow, TellsTheClassOrWhyItCannot) {
       EXPECT_FALSE(env->ExceptionCheck());
       EXPECT_EQ(zyl::test::openLocalRefs(), 0);
     });
+    EXPECT_THAT(zyl::test::readFile(directory.path("record")), testing::EndsWith(row.record));
   }
 }
 

@@ -18,9 +18,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <mutex>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -111,10 +113,30 @@ jclass JNICALL findClass(JNIEnv*, const char* name) {
   return nullptr;
 }
 
+// Whether a method, named by the end of its full name, has this signature in Java.
+bool isDeclared(const std::string& method, std::string_view signature) {
+  constexpr std::string_view declared[][2] = {
+      {".getClass", "()Ljava/lang/Class;"},
+      {".getName", "()Ljava/lang/String;"},
+      {".getSuperclass", "()Ljava/lang/Class;"},
+      {".toString", "()Ljava/lang/String;"},
+      {".main", "([Ljava/lang/String;)V"},
+      {".setRedirectStandardOutput", "(Z)V"},
+      {".rethrowException", "()V"},
+      {"ByteArrayOutputStream.<init>", "()V"},
+      {"PrintStream.<init>", "(Ljava/io/OutputStream;)V"},
+      {".printStackTrace", "(Ljava/io/PrintStream;)V"},
+  };
+  return std::any_of(std::begin(declared), std::end(declared), [&](const auto& row) {
+    return method.ends_with(row[0]) && signature == row[1];
+  });
+}
+
 jmethodID JNICALL getMethod(JNIEnv*, jclass owner, const char* name, const char* signature) {
   const std::string text = object(owner)->text + "." + name;
-  record("GetMethodID " + text + signature);
-  if (!hasRule("missing", text)) return reinterpret_cast<jmethodID>(keep(Method{name}));
+  if (!hasRule("missing", text) && isDeclared(text, signature)) {
+    return reinterpret_cast<jmethodID>(keep(Method{name}));
+  }
   raise("java/lang/NoSuchMethodError", name);
   return nullptr;
 }
