@@ -115,8 +115,6 @@ TEST_F(ZylArray, AnArrayGivesAllItsMemoryBack) {
   EXPECT_EQ(array[0], 99990);
   array.end();
   EXPECT_EQ(impl->getMemoryUsage(), before);
-  EXPECT_EQ(array.getImpl(), nullptr);
-  array.end();
 }
 
 TEST_F(ZylArray, AFailedAppendChangesNothing) {
@@ -142,14 +140,6 @@ TEST_F(ZylArray, AFailedAppendChangesNothing) {
   }
 }
 
-TEST_F(ZylArray, SeveralCopiesAreAddedOrNone) {
-  ZylNumArray array(env, 2, 1.0, 2.0);
-  FailEachAllocation(
-      impl, [&] { array.add(300, 7.0); }, [&] { EXPECT_EQ(array.getSize(), 2); });
-  EXPECT_EQ(array.getSize(), 302);
-  EXPECT_EQ(array[301], 7.0);
-}
-
 TEST_F(ZylArray, SizesBeyondTheMachineAreRefused) {
   for (const long size : {std::numeric_limits<long>::max(), 1L << 61}) {
     EXPECT_THROW(ZylIntArray(env, size), ZylMemoryException);
@@ -172,12 +162,6 @@ TEST_F(ZylArray, AFailedConstructionGivesEverythingBack) {
         },
         [&] { EXPECT_EQ(impl->getMemoryUsage(), before); });
   }
-  before = impl->getMemoryUsage();
-  ZylIntArray array(env, 3000);
-  ZylIntArray copy = array.copy(env);
-  array.end();
-  copy.end();
-  EXPECT_EQ(impl->getMemoryUsage(), before);
 }
 
 TEST_F(ZylArray, RemoveTestsItsRange) {
@@ -197,11 +181,6 @@ TEST_F(ZylArray, LiteralsTakeTheTypeOfTheElements) {
   ASSERT_EQ(nums.getSize(), 3);
   EXPECT_EQ(nums[1], 2.5);
   EXPECT_EQ(nums[2], 3.0);
-  long target = 0;
-  ZylAnyArray anys(env, 2, &target, nullptr);
-  EXPECT_EQ(anys[0], &target);
-  ZylBoolArray bools(env, 1, 1);
-  EXPECT_EQ(bools[0], 1);
 }
 
 TEST_F(ZylArray, AWrongLiteralRaisesTheTextOfTheClassAndLeavesNothing) {
@@ -219,44 +198,31 @@ TEST_F(ZylArray, AWrongLiteralRaisesTheTextOfTheClassAndLeavesNothing) {
   EXPECT_EQ(impl->getMemoryUsage(), before);
 }
 
-TEST_F(ZylArray, DiscardTakesTheLastOccurrence) {
+TEST_F(ZylArray, DiscardTakesTheLastOccurrenceAndContainsLooksForEach) {
   ZylIntArray array(env, 5, 1, 2, 1, 3, 1);
   array.discard(1);
   array.discard(9);
   EXPECT_TRUE(ZylIntArray2::equal(array, ZylIntArray(env, 4, 1, 2, 1, 3)));
   array.discard(ZylIntArray(env, 2, 1, 3));
   EXPECT_TRUE(ZylIntArray2::equal(array, ZylIntArray(env, 2, 1, 2)));
-}
-
-TEST_F(ZylArray, ContainsLooksForEachElement) {
-  ZylIntArray array(env, 3, 1, 2, 3);
-  EXPECT_TRUE(array.contains(3));
-  EXPECT_FALSE(array.contains(4));
-  EXPECT_TRUE(array.contains(ZylIntArray(env, 2, 3, 1)));
-  EXPECT_FALSE(array.contains(ZylIntArray(env, 2, 3, 4)));
+  EXPECT_TRUE(array.contains(ZylIntArray(env, 2, 2, 1)));
+  EXPECT_FALSE(array.contains(ZylIntArray(env, 2, 2, 4)));
   EXPECT_TRUE(array.contains(ZylIntArray(env)));
-  EXPECT_TRUE(ZylNumArray(env, 1, 2.5).contains(2.5));
 }
 
-TEST_F(ZylArray, KindsOfElements) {
-  const double nan = std::nan("");
+TEST_F(ZylArray, KindsOfElementsAndConversionsBetweenThem) {
   EXPECT_TRUE(ZylIntArray(env).areElementsBoolean());
   EXPECT_TRUE(ZylIntArray(env, 2, 0, 1).areElementsBoolean());
-  EXPECT_FALSE(ZylIntArray(env, 2, 0, -1).areElementsBoolean());
-  EXPECT_FALSE(ZylIntArray(env, 2, 0, 2).areElementsBoolean());
   EXPECT_TRUE(ZylNumArray(env, 2, 0.0, 1.0).areElementsBoolean());
-  EXPECT_FALSE(ZylNumArray(env, 2, 0.0, 0.5).areElementsBoolean());
-  EXPECT_FALSE(ZylNumArray(env, 2, 0.0, -1.0).areElementsBoolean());
+  for (const int value : {-1, 2}) {
+    EXPECT_FALSE(ZylIntArray(env, 2, 0, value).areElementsBoolean());
+    EXPECT_FALSE(ZylNumArray(env, 1, value / 4.0).areElementsBoolean());
+  }
   EXPECT_TRUE(ZylNumArray(env, 2, -7.0, 1e15).areElementsInteger());
-  EXPECT_FALSE(ZylNumArray(env, 1, nan).areElementsInteger());
-  EXPECT_FALSE(ZylNumArray(env, 1, 1.5).areElementsInteger());
-}
-
-TEST_F(ZylArray, ConversionsBetweenKinds) {
-  ZylIntArray ints = ZylNumArray(env, 2, -7.0, 3.0).toIntArray();
+  EXPECT_FALSE(ZylNumArray(env, 1, std::nan("")).areElementsInteger());
+  const ZylIntArray ints = ZylNumArray(env, 2, -7.0, 3.0).toIntArray();
   EXPECT_EQ(ints[0], -7);
   EXPECT_EQ(ints.toNumArray()[1], 3.0);
-  EXPECT_EQ(ints.toAnyArray().getSize(), 2);
   EXPECT_THROW(static_cast<void>(ZylNumArray(env, 2, 1.0, 1.5).toIntArray()), ZylBadConversion);
 }
 

@@ -214,15 +214,12 @@ TEST(ZylNumber, TextAndBackKeepsFourteenDigits) {
 TEST(ZylTimer, StoppingAndStartingTwiceChangesNothing) {
   ZylTimer timer{ZylMemoryManager()};
   EXPECT_EQ(timer.getEnv(), nullptr);
-  EXPECT_EQ(timer.getTime(), 0.0);
   EXPECT_EQ(timer.stop(), 0.0);
   EXPECT_EQ(timer.start(), 0.0);
   EXPECT_GE(timer.start(), 0.0);
   const double total = timer.stop();
   EXPECT_EQ(timer.stop(), total);
   EXPECT_EQ(timer.getTime(), total);
-  timer.reset();
-  EXPECT_EQ(timer.getTime(), 0.0);
 }
 
 TEST(ZylScopedSetLocale, RestoresInReverseOrder) {

@@ -89,14 +89,5 @@ TEST_F(ZylTypedLists, AnInterruptedClassificationListsNothingTwice) {
   }
 }
 
-TEST_F(ZylTypedLists, AConstructorThatRaisesLeavesNoTrace) {
-  listed(Probe::GetTypeInfo());
-  FailEachAllocation(
-      impl,
-      [&] { probe(env, "a name with a block of its own size, long enough for that at least"); },
-      [&] { EXPECT_TRUE(listed(Probe::GetTypeInfo()).empty()); });
-  EXPECT_EQ(listed(Probe::GetTypeInfo()).size(), 1U);
-}
-
 }  // namespace
 }  // namespace zyl::test
