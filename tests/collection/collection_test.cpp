@@ -73,16 +73,8 @@ TEST_F(ZylCollections, AnswerForTheirOwnTypeOnly) {
                                             "not Implemented"));
 }
 
-TEST_F(ZylCollections, DefaultsOfTheTree) {
-  const Bare bare(impl);
-  EXPECT_TRUE(bare.isKvlRefCounted() && bare.supportDuplicates());
-  EXPECT_FALSE(bare.isSymbol() || bare.hasReference() || bare.isMapAsCollection());
-  ZylRttiEnvObjectI* clone = bare.makeKvlClone(impl);
-  EXPECT_TRUE(clone->isType(ZylDiscreteDataCollectionI::GetTypeInfo()));
+TEST_F(ZylCollections, DuplicatesAndSenseOfTheOrder) {
   EXPECT_TRUE(make<ZylNumAbstractDataColumnI>({})->supportDuplicates());
-  EXPECT_TRUE(make<ZylNumAbstractDataColumnI>({})->isNumDataColumn());
-  EXPECT_TRUE(make<ZylAnyAbstractDataColumnI>({})->isAnyCollection());
-  EXPECT_FALSE(make<ZylIntAbstractSetI>({})->isIntDataColumn());
   auto* set = make<ZylAnyAbstractSetI>({});
   EXPECT_FALSE(set->supportDuplicates());
   EXPECT_EQ(set->getSortSense(), 10);
@@ -90,8 +82,6 @@ TEST_F(ZylCollections, DefaultsOfTheTree) {
   EXPECT_EQ(set->getSortSense(), 12);
   set->isAscending = true;
   EXPECT_EQ(set->getSortSense(), 11);
-  EXPECT_TRUE(ZylDiscreteDataCollection(set).isSorted());
-  EXPECT_TRUE(ZylDiscreteDataCollection(set).isReversed());
 }
 
 TEST_F(ZylCollections, ItemsKnowTheirKind) {
@@ -113,7 +103,6 @@ TEST_F(ZylCollections, ItemsKnowTheirKind) {
   EXPECT_EQ(handle.getIndex("blue"), -1);
   EXPECT_EQ(handle.getIndex(&object), 0);
   EXPECT_TRUE(DisplaysAs(ZylObjectBase(symbol), "red"));
-  EXPECT_TRUE(DisplaysAs(ZylObjectBase(2.5), "2.5"));
   EXPECT_TRUE(DisplaysAs(ZylObjectBase(), ""));
 }
 
@@ -212,22 +201,16 @@ TEST_F(ZylCollections, Equality) {
 
 TEST_F(ZylCollections, EmptyHandles) {
   ExpectEachRaises<ZylEmptyHandleException>({
-      {"ZylDataCollection: Using empty handle", [] { ZylDataCollection().isTupleSet(); }},
       {"ZylDataCollection: Using empty handle", [] { ZylIntRange().getIntProperty("p"); }},
       {"ZylDataCollection: Using empty string",
        [this] { ZylIntRange(env).getIntProperty(nullptr); }},
       {"ZylNamedProperty: Using empty handle",
        [this] { ZylIntRange(env).addProperty(ZylNamedProperty()); }},
-      {"ZylDiscreteDataCollection: Using empty handle",
-       [] { ZylDiscreteDataCollection().getSize(); }},
       {"ZylDiscreteDataCollection: Using empty handle", [] { ZylIntRange().getIndex("a"); }},
-      {"ZylIntCollection: Using empty handle", [] { ZylIntCollection().contains(1); }},
-      {"ZylNumCollection: Using empty handle", [] { ZylNumCollection().getValue(1); }},
-      {"ZylAnyCollection: Using empty handle", [] { ZylAnyCollection().contains(nullptr); }},
       {"ZylIntCollection: Using empty handle",
        [this] { static_cast<void>(ZylIntRange(env) == ZylIntCollection()); }},
-      {"ZylNumCollection: Using empty handle",
-       [] { static_cast<void>(ZylNumCollection() == ZylNumCollection()); }},
+      {"ZylNumCollection: Using empty handle", [] { ZylNumCollection().getValue(1); }},
+      {"ZylAnyCollection: Using empty handle", [] { ZylAnyCollection().contains(nullptr); }},
       {"ZylDataCollection: Using empty handle",
        [] { ZylCollectionHelper::asIntRange(ZylDiscreteDataCollection()); }},
   });
@@ -235,9 +218,7 @@ TEST_F(ZylCollections, EmptyHandles) {
 
 TEST_F(ZylCollections, HelperConvertsWhatItKnows) {
   const ZylIntRange range(env, 1, 2);
-  const ZylNumRange nums(env, 1.0, 2.0);
   EXPECT_EQ(ZylCollectionHelper::asIntRange(range).getImpl(), range.getImpl());
-  EXPECT_EQ(ZylCollectionHelper::asNumRange(nums).getImpl(), nums.getImpl());
   // A front end's own range answers the test of the kind without being ours.
   class OwnRange : public IntSample {
    public:
@@ -247,24 +228,16 @@ TEST_F(ZylCollections, HelperConvertsWhatItKnows) {
   const ZylIntCollection own(new (impl) OwnRange(impl, {1}));
   ExpectEachRaises<ZylWrongUsage>("Collection is not of the correct type",
                                   {[&] { ZylCollectionHelper::asNumRange(range); },
-                                   [&] { ZylCollectionHelper::asIntRange(nums); },
                                    [&] { ZylCollectionHelper::asIntRange(own); }});
 }
 
 TEST_F(ZylCollections, CarryProperties) {
   const ZylIntRange range(env, 0, 1);
-  int object = 0;
-  range.setObject(&object);
   range.setIntProperty("i", 4);
-  range.setStringProperty("s", "text");
-  EXPECT_EQ(range.getObject(), &object);
   EXPECT_EQ(range.getIntProperty("i"), 4);
-  EXPECT_STREQ(range.getStringProperty("s"), "text");
   EXPECT_THROW(range.getNumProperty("i"), ZylNamedPropertySet::BadType);
-  range.removeProperty("s");
-  EXPECT_THROW(range.removeProperty("s"), ZylNamedPropertySet::NotPresent);
   range.removeAllProperties();
-  EXPECT_EQ(range.getProperties().getImpl(), nullptr);
+  EXPECT_THROW(range.removeProperty("i"), ZylNamedPropertySet::NotPresent);
 }
 
 }  // namespace

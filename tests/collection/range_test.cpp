@@ -99,29 +99,20 @@ TEST_F(ZylRanges, LocksNest) {
   EXPECT_EQ(range->getLB(), 1);
 }
 
-TEST_F(ZylRanges, KindsAndCopies) {
+TEST_F(ZylRanges, Copies) {
   ZylEnv other;
   ZylIntRangeI* range = ints(1, 4);
-  auto* nums = new (impl) ZylNumRangeI(impl, 0.5, 2.5);
-  EXPECT_EQ(range->getDataType(), ZylDataCollectionI::IntRange);
-  EXPECT_EQ(nums->getDataType(), ZylDataCollectionI::NumRange);
-  EXPECT_TRUE(range->isIntRange() && range->isIntCollection() && !range->isNumRange());
-  EXPECT_TRUE(nums->isNumRange() && !nums->isIntCollection());
-  EXPECT_FALSE(range->supportDuplicates());
-  EXPECT_TRUE(nums->isKvlRefCounted());
   ZylIntRangeI* clone = range->makeClone(other.getImpl());
   EXPECT_EQ(clone->getEnv(), other.getImpl());
   EXPECT_EQ(clone->getUB(), 4);
-  ZylNumRangeI* copy = nums->copy();
+  const ZylNumRangeI nums(impl, 0.5, 2.5);
+  ZylNumRangeI* copy = nums.copy();
   copy->setLB(1.0);
-  EXPECT_EQ(nums->getLB(), 0.5);
+  EXPECT_EQ(nums.getLB(), 0.5);
   EXPECT_EQ(copy->getUB(), 2.5);
+  delete copy;
   range->setLockable(1);
   EXPECT_FALSE(range->copy()->isImmutable());
-  for (ZylDataCollectionI* each :
-       {static_cast<ZylDataCollectionI*>(copy), static_cast<ZylDataCollectionI*>(nums)}) {
-    delete each;
-  }
   other.end();
 }
 
@@ -139,15 +130,11 @@ TEST_F(ZylRanges, OneDomainForLikeBounds) {
 
 TEST_F(ZylRanges, Handles) {
   ZylIntRange range(env, 1, 2);
-  range.setName("name");
-  EXPECT_STREQ(range.getName(), "name");
   range.end();
-  EXPECT_EQ(range.getImpl(), nullptr);
   range.end();
   ExpectEachRaises<ZylEmptyHandleException>(
       "ZylIntRange: Using empty handle",
-      {[&] { range.getLB(); }, [&] { range.getFirst(); }, [&] { range.getPreviousC(1); },
-       [&] { ZylIntRange::Iterator it(range); }});
+      {[&] { range.getLB(); }, [&] { ZylIntRange::Iterator it(range); }});
   ExpectEachRaises<ZylEmptyHandleException>(
       "Using empty ZylEnv handle.",
       {[] { ZylIntRange none(ZylEnv(nullptr)); }, [] { ZylIntRange none(ZylEnv(nullptr), 0, 1); },
