@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 
 #include "support/probe.h"
 #include "support/support.h"

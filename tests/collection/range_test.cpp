@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <string>
 
 #include "support/support.h"
 #include "vorlane/expr.h"

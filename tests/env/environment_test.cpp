@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <optional>
 #include <sstream>
 
@@ -359,8 +358,6 @@ TEST_F(ZylEnvironment, ExtensionComesWithFirstUse) {
   EXPECT_STREQ(env.getName(), "name");
   env.setName(nullptr);
   EXPECT_EQ(env.getName(), nullptr);
-  env.setObject(&env);
-  EXPECT_EQ(env.getObject(), &env);
 }
 
 TEST_F(ZylEnvironment, MemoryManagersLeadBack) {

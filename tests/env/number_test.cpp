@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <clocale>
 #include <cmath>
 #include <cstring>

@@ -2,7 +2,6 @@
 
 #include "vorlane/expr/expression.h"
 
-#include <climits>
 
 #include "expr/fixture.h"
 
