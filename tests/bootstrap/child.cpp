@@ -38,30 +38,6 @@ void redirect(int descriptor, const std::string& file) {
   dup2(opened, descriptor);
 }
 
-Outcome fork(const Environment& environment, const std::function<void()>& body) {
-  const TemporaryDirectory directory;
-  std::cout.flush();
-  std::fflush(nullptr);
-  const int earlierFailures = failureCount();
-  const pid_t child = ::fork();
-  if (child == 0) {
-    redirect(STDOUT_FILENO, directory.path("out"));
-    redirect(STDERR_FILENO, directory.path("err"));
-    alarm(timeLimit);
-    setEnvironment(environment);
-    body();
-    std::cout.flush();
-    std::exit(failureCount() > earlierFailures ? failedExpectation : 0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  Outcome outcome;
-  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
-  outcome.out = readFile(directory.path("out"));
-  outcome.err = readFile(directory.path("err"));
-  return outcome;
-}
-
 }  // namespace
 
 TemporaryDirectory::TemporaryDirectory() {
@@ -94,19 +70,28 @@ std::string TemporaryDirectory::copy(const std::string& source, const std::strin
 std::vector<std::string> Outcome::errorLines() const { return linesOf(err); }
 
 Outcome inChild(const Environment& environment, const std::function<void()>& body, int status) {
-  Outcome outcome = fork(environment, body);
+  const TemporaryDirectory directory;
+  std::cout.flush();
+  std::fflush(nullptr);
+  const int earlierFailures = failureCount();
+  const pid_t child = fork();
+  if (child == 0) {
+    redirect(STDOUT_FILENO, directory.path("out"));
+    redirect(STDERR_FILENO, directory.path("err"));
+    alarm(timeLimit);
+    setEnvironment(environment);
+    body();
+    std::cout.flush();
+    std::exit(failureCount() > earlierFailures ? failedExpectation : 0);
+  }
+  int ended = 0;
+  waitpid(child, &ended, 0);
+  Outcome outcome;
+  outcome.status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 1000 + WTERMSIG(ended);
+  outcome.out = readFile(directory.path("out"));
+  outcome.err = readFile(directory.path("err"));
   EXPECT_EQ(outcome.status, status) << outcome.out << outcome.err;
   return outcome;
-}
-
-Outcome runProgram(const Environment& environment, const std::vector<std::string>& command) {
-  return fork(environment, [&command] {
-    std::vector<char*> arguments;
-    for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    execv(arguments[0], arguments.data());
-    _exit(127);
-  });
 }
 
 std::string readFile(const std::string& path) {

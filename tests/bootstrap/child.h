@@ -45,9 +45,6 @@ using Environment = std::map<std::string, std::string>;
 /// with `status`. The child is ended after a minute.
 Outcome inChild(const Environment& environment, const std::function<void()>& body, int status = 0);
 
-/// Runs a program in the same way.
-Outcome runProgram(const Environment& environment, const std::vector<std::string>& command);
-
 std::string readFile(const std::string& path);
 std::vector<std::string> linesOf(const std::string& text);
 

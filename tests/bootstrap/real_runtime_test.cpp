@@ -1,6 +1,5 @@
 // The whole way with the runtime of an installed JDK, which checks each call that it gets.
 
-#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -102,28 +101,6 @@ TEST_F(RealRuntime, LetsJavaCatchWhatACallbackWrapped) {
   EXPECT_EQ(outcome.out,
             "java.lang.IllegalArgumentException: inner\n"
             "caught java.lang.IllegalArgumentException: inner\n");
-}
-
-TEST_F(RealRuntime, JoinsTheMachineThatRuns) {
-  const Outcome outcome = run([] {
-    void* loaded = dlopen((TEST_JAVA_HOME + library).c_str(), RTLD_NOW | RTLD_GLOBAL);
-    auto* create =
-        reinterpret_cast<jint (*)(JavaVM**, void**, void*)>(dlsym(loaded, "JNI_CreateJavaVM"));
-    std::string path = "-Djava.class.path=" TEST_CLASSES;
-    JavaVMOption option = {path.data(), nullptr};
-    JavaVMInitArgs arguments = {JNI_VERSION_1_8, 1, &option, JNI_FALSE};
-    JavaVM* machine = nullptr;
-    void* env = nullptr;
-    ASSERT_EQ(create(&machine, &env, &arguments), JNI_OK);
-
-    ZylKvlDefaultMessageHandler handler;
-    EXPECT_FALSE(ZylKvlCreateJVM(handler, false, false));
-    EXPECT_EQ(ZylKvlGetJVM(handler), env);
-    EXPECT_EQ(helper::getJavaVM(), machine);
-    EXPECT_TRUE(launch(handler, {"x"}));
-    EXPECT_EQ(handler.getReportedMessages().size(), 0u);
-  });
-  EXPECT_EQ(outcome.out, "1 1\n");
 }
 
 TEST_F(RealRuntime, ServesThreadsUntilShutdown) {

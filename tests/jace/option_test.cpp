@@ -3,7 +3,6 @@
 #include <list>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "vorlane/jace.h"
 
@@ -25,7 +24,6 @@ TEST(JaceOption, HasTextAndPointerAndAClone) {
       {std::make_unique<jace::CustomOption>("-foo bar"), "-foo bar"},
       {std::make_unique<jace::Verbose>(jace::Verbose::Class), "-verbose:class"},
       {std::make_unique<jace::Verbose>(jace::Verbose::Gc, jace::Verbose::Jni), "-verbose:gc,jni"},
-      {std::make_unique<jace::Verbose>("gc", "jni"), "-verbose:gc,jni"},
       {std::make_unique<jace::Verbose>("gc", "jni", "class"), "-verbose:gc,jni,class"},
       {std::make_unique<jace::Verbose>(words.begin(), words.end()), "-verbose:gc,class,jni,x"},
       {std::make_unique<jace::Verbose>(words.end(), words.end()), "-verbose:"},
