@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-
 #include "support/probe.h"
 #include "support/support.h"
 #include "vorlane/algorithm/expander.h"

@@ -2,7 +2,6 @@
 
 #include "vorlane/expr/expression.h"
 
-
 #include "expr/fixture.h"
 
 namespace zyl::test {
