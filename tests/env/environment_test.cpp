@@ -39,14 +39,6 @@ TEST(ZylIdManager, GrowsOnTheFirstIdBeyond) {
   EXPECT_EQ(ids.getCapacity(), 512);
   EXPECT_FALSE(ids.isFree(256));
   EXPECT_TRUE(ids.isFree(257));
-  EXPECT_EQ(ids.getLive(3), nullptr) << "booked, with no object";
-  long seen = 0;
-  ids.freeId(7);
-  for (ZylIdManager::Iterator it(ids); it.ok(); ++it) {
-    EXPECT_NE(*it, 7);
-    ++seen;
-  }
-  EXPECT_EQ(seen, 256);
   ids.end();
 }
 

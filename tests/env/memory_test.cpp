@@ -93,17 +93,6 @@ TEST(ZylMemory, ARemainderOfExactlyAClassGoesOneDown) {
   EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 501 * 8);
 }
 
-TEST(ZylMemory, TheLargestClassHasOneCellInABlock) {
-  ZylMemory memory(1);
-  void* a = memory.alloc(4000);
-  EXPECT_EQ(memory.getTotalMemoryUsage(), 513 * 8);
-  void* b = memory.alloc(3000);
-  EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 513 * 8);
-  memory.free(a, 4000);
-  EXPECT_EQ(memory.alloc(2049), a) << "freed last, issued first";
-  static_cast<void>(b);
-}
-
 TEST(ZylMemory, AFailedRequestChangesNoCounter) {
   for (const long useIt : {1L, 0L}) {
     for (const long size : {8L, 200L, 4000L, 10000L}) {
