@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/probe.h"
 #include "support/support.h"
 #include "vorlane/algorithm/expander.h"
 #include "vorlane/vorlane.h"
@@ -58,16 +57,6 @@ TEST_F(ZylEvaluator, RefusesTheRest) {
   EXPECT_TRUE(base->isDecisionExpr(expr));
 }
 
-TEST_F(ZylEvaluator, TakesAnyModel) {
-  ZylModel model(env);
-  model.add(ZylExtractable(probe(env)));
-  model.add(ZylRange(env, 0, ZylSin(open), 1));
-  evaluator.getImpl()->load(model.getImpl());
-  EXPECT_TRUE(evaluator.getImpl()->isInUse(model.getImpl()));
-  open.setLB(1);
-  model.end();
-}
-
 TEST_F(ZylEvaluator, OneGetterAtATime) {
   auto* first = new (impl) ZylModelEvaluatorSolutionGetterBaseI(impl);
   auto* second = new (impl) ZylModelEvaluatorSolutionGetterBaseI(impl);
@@ -83,22 +72,6 @@ TEST_F(ZylEvaluator, OneGetterAtATime) {
   e->removeSolutionGetter(second);
   delete first;
   delete second;
-}
-
-TEST_F(ZylEvaluator, ComesFromTheFactoriesOfTheEnvironment) {
-  EXPECT_EQ(impl->getModelEvaluator(), evaluator.getImpl());
-  EXPECT_EQ(impl->getExpander(), impl->getExpander());
-  ZylEnv other;
-  static long made;
-  made = 0;
-  other.getImpl()->setModelEvaluatorPop([](ZylEnvI* e) -> ZylModelEvaluatorI* {
-    ++made;
-    return defaultModelEvaluator(e);
-  });
-  other.getImpl()->getModelEvaluator();
-  other.getImpl()->getModelEvaluator();
-  EXPECT_EQ(made, 1);
-  other.end();
 }
 
 TEST_F(ZylEvaluator, TheExpanderExpandsNothing) {
