@@ -231,14 +231,5 @@ TEST_F(ZylCollections, HelperConvertsWhatItKnows) {
                                    [&] { ZylCollectionHelper::asIntRange(own); }});
 }
 
-TEST_F(ZylCollections, CarryProperties) {
-  const ZylIntRange range(env, 0, 1);
-  range.setIntProperty("i", 4);
-  EXPECT_EQ(range.getIntProperty("i"), 4);
-  EXPECT_THROW(range.getNumProperty("i"), ZylNamedPropertySet::BadType);
-  range.removeAllProperties();
-  EXPECT_THROW(range.removeProperty("i"), ZylNamedPropertySet::NotPresent);
-}
-
 }  // namespace
 }  // namespace zyl::test

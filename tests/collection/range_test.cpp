@@ -7,7 +7,6 @@
 #include <limits>
 
 #include "support/support.h"
-#include "vorlane/expr.h"
 
 namespace zyl::test {
 namespace {
@@ -113,18 +112,6 @@ TEST_F(ZylRanges, Copies) {
   range->setLockable(1);
   EXPECT_FALSE(range->copy()->isImmutable());
   other.end();
-}
-
-TEST_F(ZylRanges, OneDomainForLikeBounds) {
-  EXPECT_EQ(ints(0, 7)->getSharedDomain(), ints(0, 7)->getSharedDomain());
-  EXPECT_NE(ints(0, 7)->getSharedDomain(), ints(0, 8)->getSharedDomain());
-  auto* halfLine = new (impl) ZylNumRangeI(impl, 0.0, ZylInfinity);
-  EXPECT_EQ(halfLine->getSharedDomain(), nullptr);
-  ZylNumVar x(ZylNumRange(env, -1.5, 2.5), "x");
-  EXPECT_EQ(x.getType(), ZylNumVar::Float);
-  EXPECT_EQ(x.getLB(), -1.5);
-  ZylIntVar i(ZylIntRange(env, 2, 9), "i");
-  EXPECT_EQ(i.getMax(), 9);
 }
 
 TEST_F(ZylRanges, Handles) {

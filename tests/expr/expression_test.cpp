@@ -155,15 +155,6 @@ TEST_F(ExpressionTest, HoldersKeepEachOtherAlive) {
   EXPECT_TRUE(isAlive(x.getId())) << "a variable goes by itself only";
 }
 
-TEST_F(ExpressionTest, WalksItsTerms) {
-  ZylExpr e(2 * x - y);
-  double sum = 0;
-  for (ZylExpr::LinearIterator it = e.getLinearIterator(); it.ok(); ++it) {
-    sum += it.getCoef() * values->values[it.getVar().getImpl()];
-  }
-  EXPECT_EQ(sum, 1.0);
-}
-
 TEST_F(ExpressionTest, EmptyHandlesRaise) {
   ZylExpr e;
   EXPECT_THROW(e += 1, ZylEmptyHandleException);

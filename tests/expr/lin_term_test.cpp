@@ -37,16 +37,6 @@ TEST_F(LinTermTest, NormalFormStandsAtTheLastOccurrence) {
   EXPECT_EQ(e.getImpl()->normalize(), 0);
 }
 
-TEST_F(LinTermTest, CancelledTermsVanishAndCountOnce) {
-  ZylExpr e(env);
-  e += x;
-  e -= x;
-  EXPECT_EQ(e.getImpl()->normalize(), 1);
-  EXPECT_EQ(e.getImpl()->getTermHead(), nullptr);
-  e += y;  // the tail was taken back
-  EXPECT_TRUE(DisplaysAs(e, "y "));
-}
-
 // Both kinds of marks, with zeros and with terms at either end going.
 TEST_F(LinTermTest, NormalFormAgreesWithMap) {
   const ZylNumVarArray vars(env, 12, 0.0, 1.0);
