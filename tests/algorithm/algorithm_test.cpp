@@ -106,6 +106,19 @@ TEST_F(ZylAlgorithms, AScopeHoldsWhatDependsOnAnIndex) {
   engine->setScope(nullptr);
 }
 
+TEST_F(ZylAlgorithms, AnyExceptionUndoesTheCount) {
+  engine->onExtract = [](const ZylExtractableI& object) {
+    if (object.isType(ZylNumVarI::GetTypeInfo())) throw ZylWrongUsage("own");
+  };
+  model.add(x);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { handle.extract(model); }, "own"));
+  EXPECT_EQ(engine->getUsageCount(x.getImpl()), 0);
+  EXPECT_EQ(engine->getUsageCount(model.getImpl()), 0);
+  engine->onExtract = nullptr;
+  handle.extract(model);
+  EXPECT_EQ(engine->getUsageCount(x.getImpl()), 1);
+}
+
 // --- loading
 // --------------------------------------------------------------------------------------
 
