@@ -4,8 +4,6 @@
 
 long ZylRtti::_counter = 0;
 
-ZylRtti::~ZylRtti() noexcept(false) = default;
-
 ZylTypeInfo ZylRtti::GetBaseTypeInfo() noexcept {
   __asm__ volatile("" : : "r"(&ZylRtti::_counter));
   return nullptr;

@@ -337,7 +337,7 @@ void checkVariable(const ZylEnvI* env, const ZylExtractableI* variable) {
 
 double ZylNumLinTermI::setCoef(const ZylNumVar& variable, double coefficient) {
   ZylNumVarI* const var = variable.getImpl();
-  normalize();
+  if (_normalized == 0) normalize();
   if (hasNonLinearPart()) {
     ZylRaiseWrongUsage("You can not change the coefficient of a nonlinear expression");
   }

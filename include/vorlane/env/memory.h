@@ -57,7 +57,8 @@ class ZYL_EXPORT SlabSource {
   /// Returns `bytes` that live as long as this source; null if a block of its own does better, or
   /// if there is no memory for a slab.
   [[nodiscard]] void* take(std::size_t bytes) noexcept {
-    if (ZYL_LIKELY(bytes <= _left)) return cut(bytes);
+    if (ZYL_LIKELY(bytes + CacheLine <= static_cast<std::size_t>(_top - _bottom)))
+      return cut(bytes);
     return takeSlow(bytes);
   }
   /// True only if the address lies in a slab of this source; false says nothing.
@@ -71,6 +72,7 @@ class ZYL_EXPORT SlabSource {
   // Of windows that share a place the last one counts: beyond 2 gigabytes some slabs go unknown.
   static constexpr int WindowBits = 21;
   static constexpr std::size_t Windows = 1024;
+  static constexpr std::size_t CacheLine = 64;
   static const std::uintptr_t NoWindows[Windows];
 
   struct Slab {
@@ -80,11 +82,14 @@ class ZYL_EXPORT SlabSource {
   void* cut(std::size_t bytes) noexcept;
   void* takeSlow(std::size_t bytes) noexcept;
   bool addSlab() noexcept;
+  void back() noexcept;
 
   const std::uintptr_t* _windows = NoWindows;
   Slab* _slabs = nullptr;
-  char* _next = nullptr;
-  std::size_t _left = 0;
+  // What is left of the newest slab.
+  char* _bottom = nullptr;
+  char* _top = nullptr;
+  char* _backed = nullptr;  // from here on the slab has storage behind its addresses
   std::size_t _asked = 0;  // bytes asked for so far
 };
 }  // namespace zyl::detail

@@ -25,7 +25,7 @@ class ZYL_EXPORT ZylRtti {
   static long _counter;
 
   /// Destructors of the family may raise: a property that is still in use refuses to go.
-  virtual ~ZylRtti() noexcept(false);
+  virtual ~ZylRtti() noexcept(false) = default;
 
   static ZylTypeInfo GetTypeInfo() noexcept { return reinterpret_cast<ZylTypeInfo>(&GetBaseTypeInfo); }
   static ZylTypeInfo GetBaseTypeInfo() noexcept;
