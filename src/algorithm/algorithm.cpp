@@ -8,6 +8,7 @@
 #include "vorlane/env/plug_in.h"
 #include "vorlane/expr/var_array.h"
 #include "vorlane/model/model.h"
+#include "env/walk.h"
 
 using zyl::detail::allocateGlobal;
 using zyl::detail::releaseGlobal;
@@ -369,6 +370,7 @@ void ZylEnvI::emancipateAlgorithm(ZylAlgorithmI* algorithm) {
   zyl::detail::EnvLock lock(_mutex);
   for (ZylAlgorithmI** link = &_algorithms; *link != nullptr; link = &(*link)->_nextAlgorithm) {
     if (*link != algorithm) continue;
+    zyl::detail::Walk<ZylAlgorithmI>::leave(_algorithmWalks, algorithm);
     *link = algorithm->_nextAlgorithm;
     algorithm->_nextAlgorithm = nullptr;
     return;

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "env/walk.h"
 #include "vorlane/algorithm/algorithm.h"
 
 ZYL_TYPE_DEF(ZylPlugIn, ZylRttiEnvObjectI)
@@ -10,38 +11,9 @@ ZYL_TYPE_DEF(ZylPlugInAddon, ZylRttiEnvObjectI)
 ZYL_TYPE_DEF(ZylBaseDeleterI, ZylNotifiedPlugIn)
 
 using zyl::detail::EnvLock;
+using zyl::detail::Walk;
 
 void ZylNotifiedPlugIn::removeAlgorithm(ZylAlgorithmI*) {}
-
-// A walk along a chain whose elements, called on the way, may take any of them off the chain, and
-// delete them: an element that leaves moves the walks on that would have come to it next.
-template <class T>
-class ZylPlugInManager::Walk {
- public:
-  // Inlined, g++ 12 takes the link for one that dangles, and does not see the destructor undo it.
-  [[gnu::noinline]] Walk(Walk** walks, T* first) noexcept
-      : _walks(walks), _outer(*walks), _next(first) {
-    *walks = this;
-  }
-  ~Walk() { *_walks = _outer; }
-  Walk(const Walk&) = delete;
-  Walk& operator=(const Walk&) = delete;
-
-  T* next() noexcept {
-    T* element = _next;
-    if (element != nullptr) _next = element->_next;
-    return element;
-  }
-  void leave(const T* element) noexcept {
-    if (_next == element) _next = element->_next;
-  }
-  Walk* getOuter() const noexcept { return _outer; }
-
- private:
-  Walk** _walks;
-  Walk* _outer;
-  T* _next;
-};
 
 // The link that leads to `object` in a chain, null if it is not in it.
 template <class T>
@@ -57,7 +29,7 @@ template <class T>
 void ZylPlugInManager::unlink(T** link, Walk<T>* walks) {
   if (link == nullptr) return;
   T* element = *link;
-  for (Walk<T>* walk = walks; walk != nullptr; walk = walk->getOuter()) walk->leave(element);
+  Walk<T>::leave(walks, element);
   *link = element->_next;
   element->_next = nullptr;
 }

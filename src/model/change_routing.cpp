@@ -3,10 +3,13 @@
 // The model has changed already when a change is sent, so one refusal must not keep the others from
 // hearing of it: refusals are gathered, and raised as one when everybody has been told.
 
+#include "env/walk.h"
 #include "vorlane/algorithm/algorithm.h"
 #include "vorlane/env/environment.h"
 #include "vorlane/env/plug_in.h"
 #include "vorlane/model/change.h"
+
+using zyl::detail::Walk;
 
 namespace {
 
@@ -52,17 +55,15 @@ void ZylEnvI::change(const ZylExtractableI* object, const ZylChange& change) {
   {
     zyl::detail::EnvLock lock(_mtSafeAllocation != 0 ? _mutex : nullptr);
     if (_plugIns->hasNotified()) _plugIns->apply(change, object);
-    for (ZylAlgorithmI* algorithm = _algorithms; algorithm != nullptr;) {
-      // The receiver may end itself while it hears of the change.
-      ZylAlgorithmI* next = algorithm->getNextAlgorithm();
-      if (algorithm->isInUse(object)) {
-        try {
-          algorithm->apply(change, object);
-        } catch (ZylAlgorithm::CannotChangeException& refusal) {
-          refusals.add(refusal);
-        }
+    // A receiver may end itself or another while it hears of the change.
+    Walk walk(&_algorithmWalks, _algorithms);
+    while (ZylAlgorithmI* algorithm = walk.next()) {
+      if (!algorithm->isInUse(object)) continue;
+      try {
+        algorithm->apply(change, object);
+      } catch (ZylAlgorithm::CannotChangeException& refusal) {
+        refusals.add(refusal);
       }
-      algorithm = next;
     }
   }
   refusals.raiseIfAny();
@@ -71,14 +72,13 @@ void ZylEnvI::change(const ZylExtractableI* object, const ZylChange& change) {
 void ZylEnvI::change(const ZylChange& change) {
   Refusals refusals;
   if (_plugIns->hasNotified()) _plugIns->apply(change, nullptr);
-  for (ZylAlgorithmI* algorithm = _algorithms; algorithm != nullptr;) {
-    ZylAlgorithmI* next = algorithm->getNextAlgorithm();
+  Walk walk(&_algorithmWalks, _algorithms);
+  while (ZylAlgorithmI* algorithm = walk.next()) {
     try {
       algorithm->apply(change);
     } catch (ZylAlgorithm::CannotChangeException& refusal) {
       refusals.add(refusal);
     }
-    algorithm = next;
   }
   refusals.raiseIfAny();
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "support/probe.h"
 #include "support/recording.h"
@@ -178,6 +179,16 @@ TEST_F(ZylRouting, AReceiverMayEndItself) {
   x.setLB(4);
   EXPECT_EQ(std::count(log.begin(), log.end(), "p2: ZylSetNumVarBounds"), 1);
   EXPECT_EQ(std::count(log.begin(), log.end(), "p3: ZylSetNumVarBounds"), 2);
+}
+
+TEST_F(ZylRouting, AnAlgorithmMayDeleteTheNext) {
+  RecordingAlgorithm* last = algorithm("last");
+  RecordingAlgorithm* next = algorithm("next");
+  RecordingAlgorithm* first = algorithm("first");
+  extractInto({last, next, first}, x);
+  first->onApply = [&](const ZylChange&) { delete std::exchange(next, nullptr); };
+  x.setLB(1);
+  EXPECT_EQ(log, (Log{"first: apply ZylSetNumVarBounds", "last: apply ZylSetNumVarBounds"}));
 }
 
 TEST_F(ZylRouting, APlugInMayDeleteTheNext) {

@@ -48,6 +48,11 @@ class ZylSymbolI;
 class ZylSymbolTable;
 class ZylUniqueRandomI;
 class ZylVarDomainI;
+
+namespace zyl::detail {
+template <class T>
+class Walk;
+}
 struct ZylNumLinExprTermI;
 
 /// The implementation of an environment.
@@ -366,6 +371,7 @@ class ZYL_EXPORT ZylEnvI {
   ExpanderFactory _expanderPop;
   bool _ended;
   ZylMTSafeLocalEnvI* _mtLocalEnv;  // ours, null unless MT-safe allocation is on
+  zyl::detail::Walk<ZylAlgorithmI>* _algorithmWalks = nullptr;  // under way, innermost first
 };
 
 /// Handle of an environment: one pointer, copied freely, owning nothing.

@@ -13,6 +13,7 @@ class ZYL_EXPORT ZylPlugIn : public ZylRttiEnvObjectI {
 
  private:
   friend class ZylPlugInManager;
+  friend class zyl::detail::Walk<ZylPlugIn>;
   ZylPlugIn* _next = nullptr;
 };
 
@@ -45,6 +46,7 @@ class ZYL_EXPORT ZylPlugInAddon : public ZylRttiEnvObjectI {
 
  private:
   friend class ZylPlugInManager;
+  friend class zyl::detail::Walk<ZylPlugInAddon>;
   ZylPlugInAddon* _next = nullptr;
 };
 
@@ -110,19 +112,17 @@ class ZYL_EXPORT ZylPlugInManager {
     NotifiedCell* _next;
   };
   template <class T>
-  class Walk;
-  template <class T>
   static T** findLink(T** link, const T* object);
   template <class T>
-  static void unlink(T** link, Walk<T>* walks);
+  static void unlink(T** link, zyl::detail::Walk<T>* walks);
 
   ZylCell* _cells = nullptr;
   ZylEnvI* _env;
   NotifiedCell* _notified = nullptr;
   // The walks under way along chains of each kind, innermost first.
-  Walk<ZylPlugIn>* _plugInWalks = nullptr;
-  Walk<ZylPlugInAddon>* _addonWalks = nullptr;
-  Walk<NotifiedCell>* _notifiedWalks = nullptr;
+  zyl::detail::Walk<ZylPlugIn>* _plugInWalks = nullptr;
+  zyl::detail::Walk<ZylPlugInAddon>* _addonWalks = nullptr;
+  zyl::detail::Walk<NotifiedCell>* _notifiedWalks = nullptr;
 };
 
 #endif
