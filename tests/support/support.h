@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "vorlane/env.h"
+#include "vorlane/expr/term_list.h"
 
 namespace zyl::test {
 
@@ -133,25 +134,29 @@ class FailingAllocator {
   FailingAllocator& operator=(const FailingAllocator&) = delete;
 };
 
-/// Fills every size class, so that the next request goes to the global allocator.
+/// Takes every free cell of the pools and of the term records, so that the next request of each
+/// size goes to the global allocator. With the pools off each request does so anyway.
 inline void useUpPools(ZylEnvI* env) {
   if (!env->usesMemoryManager()) return;
-  for (long size = 8; size < 4000; size = size < 64 ? size + 8 : size * 2) {
-    // The pools tell of a new block by their total.
-    const long before = env->getTotalMemoryUsage();
-    void* block = nullptr;
-    while (env->getTotalMemoryUsage() == before)
-      block = env->alloc(static_cast<unsigned long>(size));
-    const long filled = env->getTotalMemoryUsage();
-    while (env->getTotalMemoryUsage() == filled)
-      block = env->alloc(static_cast<unsigned long>(size));
-    static_cast<void>(block);
+  const auto takeAll = [](auto take) {
+    try {
+      for (;;) static_cast<void>(take());
+    } catch (const ZylMemoryException&) {
+    }
+  };
+  // Large cells first: they use up what is left of a slab, and rests of blocks go to smaller cells.
+  const FailingAllocator failing(1);
+  ZylMemory* memory = env->getMemory();
+  for (long i = memory->getClassCount() - 1; i >= 0; --i) {
+    takeAll([&] { return memory->getClass(i)->alloc(memory); });
   }
+  takeAll([&] { return env->newTerm(nullptr, 0.0); });
 }
 
 /// Runs `operation(state)` on a fresh `setup()` with the first request failing, then the second,
 /// and so on until it succeeds. Each failure must be a `ZylMemoryException`; `check(state)` runs
-/// after each, with the allocator whole again. Returns the number of failures.
+/// after each, with the allocator whole again. Returns the number of failures, at least 1: an
+/// operation that requests nothing has no business here.
 template <class Setup, class Operation, class Check>
 long FailEachAllocation(Setup setup, Operation operation, Check check) {
   for (long n = 1; n < 1000; ++n) {
@@ -160,6 +165,7 @@ long FailEachAllocation(Setup setup, Operation operation, Check check) {
     try {
       FailingAllocator failing(n);
       operation(*state);
+      EXPECT_GT(n, 1) << "no request reaches the global allocator";
       return n - 1;
     } catch (const ZylMemoryException& exception) {
       EXPECT_STREQ(exception.getMessage(), "not enough memory");
