@@ -11,9 +11,11 @@ namespace zyl::detail {
 template <class Node>
 class Unfinished {
  public:
-  explicit Unfinished(Node* node) noexcept : _node(node) {}
+  explicit Unfinished(Node* node) noexcept : _node(node), _fresh(true) {}
+  /// The node may be `given`, which the client knows: then it stays.
+  Unfinished(Node* node, const ZylNumExprI* given) noexcept : _node(node), _fresh(node != given) {}
   ~Unfinished() {
-    if (_node != nullptr) _node->getEnv()->destroy(_node, /*keep=*/0, /*notify=*/0);
+    if (_fresh) _node->getEnv()->destroy(_node, /*keep=*/0, /*notify=*/0);
   }
   Unfinished(const Unfinished&) = delete;
   Unfinished& operator=(const Unfinished&) = delete;
@@ -21,13 +23,26 @@ class Unfinished {
   Node* operator->() const noexcept { return _node; }
   Node* get() const noexcept { return _node; }
   [[nodiscard]] Node* finish() noexcept {
-    Node* node = _node;
-    _node = nullptr;
-    return node;
+    _fresh = false;
+    return _node;
   }
 
  private:
   Node* _node;
+  bool _fresh;
+};
+
+/// One more owner of an operand: what an unfinished node gives back when it goes is still there,
+/// and a temporary still is one.
+class KeptOperand {
+ public:
+  explicit KeptOperand(ZylNumExprI* operand) noexcept : _operand(operand) { operand->hold(); }
+  ~KeptOperand() { _operand->unhold(); }
+  KeptOperand(const KeptOperand&) = delete;
+  KeptOperand& operator=(const KeptOperand&) = delete;
+
+ private:
+  ZylNumExprI* _operand;
 };
 
 /// A private copy of an array; ended unless a node takes it over.

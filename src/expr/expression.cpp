@@ -36,6 +36,7 @@ void addTo(ZylNumLinTermI* sum, ZylNumExprI* expr) {
 }  // namespace zyl::detail
 
 using zyl::detail::NodeClass;
+using zyl::detail::Unfinished;
 
 namespace {
 
@@ -125,11 +126,14 @@ ZylExpr& ZylExpr::operator-=(const ZylNumExprArg& arg) {
   if (kind == NodeClass::Variable) {
     node->append(node->getEnv()->newTerm(zyl::detail::asVar(expr), -1.0));
   } else if (kind == NodeClass::Other) {
-    node->append(zyl::detail::scaleNum(expr, -1.0));
+    const zyl::detail::KeptOperand kept(expr);
+    Unfinished negative(zyl::detail::scaleNum(expr, -1.0));
+    node->append(negative.get());
+    static_cast<void>(negative.finish());
   } else {
-    ZylNumLinTermI* negative = zyl::detail::ownLinearOf(expr, kind);
+    Unfinished negative(zyl::detail::ownLinearOf(expr, kind), expr);
     negative->multiply(-1.0);
-    node->append(negative);
+    node->append(negative.finish());
   }
   return *this;
 }

@@ -101,6 +101,16 @@ double ZylNumLinTermI::getNumConstant() const { return _constant; }
 // --- combining
 // ------------------------------------------------------------------------------------
 
+namespace {
+// The sum is what it should be: without memory for the marks, normalising waits for who asks next.
+void normalizeIfPossible(ZylNumLinTermI* sum) {
+  try {
+    sum->normalize();
+  } catch (const ZylMemoryException&) {
+  }
+}
+}  // namespace
+
 void ZylNumLinTermI::append(ZylNumLinTermI* other) {
   if (!other->_terms.isEmpty()) _normalized = 0;
   _constant += other->_constant;
@@ -108,17 +118,17 @@ void ZylNumLinTermI::append(ZylNumLinTermI* other) {
   _items.splice(&other->_items);
   other->_constant = 0.0;
   other->end();
-  normalize();
+  normalizeIfPossible(this);
 }
 
 void ZylNumLinTermI::append(ZylNumExprI* expr) {
   _items.append(_env, expr);
-  normalize();
+  normalizeIfPossible(this);
 }
 
 void ZylNumLinTermI::prepend(ZylNumLinExprTermI* term) {
   _terms.prepend(term);
-  normalize();
+  normalizeIfPossible(this);
 }
 
 void ZylNumLinTermI::multiply(double factor) {

@@ -77,8 +77,11 @@ Sum* sumOn(ZylNumLinExprTermI* term) {
 }
 
 template <class Sum>
-Sum* sumOn(ZylNumVarI* variable) {
-  return sumOn<Sum>(variable->getEnv()->newTerm(variable, 1.0));
+Sum* sumOn(ZylNumVarI* variable, double coefficient = 1.0) {
+  ZylEnvI* env = variable->getEnv();
+  Unfinished sum(new (env) Sum(env, 0));
+  sum->append(env->newTerm(variable, coefficient));
+  return sum.finish();
 }
 
 // What differs between the two kinds of sums.
@@ -99,30 +102,31 @@ Sum* addExprs(Expr* a, Expr* b) {
   if (isLinear(left)) {
     // A temporary that stands on both sides is taken over once only.
     if (a == b && a->isTemporary()) b = copyOf(b);
-    Sum* sum = ownSum(a, left);
-    addTo(sum, b);
-    return sum;
+    Unfinished sum(ownSum(a, left), a);
+    addTo(sum.get(), b);
+    return sum.finish();
   }
   const NodeClass right = classOf(b);
   if (isLinear(right)) {
-    Sum* sum = ownSum(b, right);
+    Unfinished sum(ownSum(b, right), b);
     if (left == NodeClass::Variable) {
       sum->prepend(sum->getEnv()->newTerm(asVar(a), 1.0));
     } else {
       sum->append(a);
     }
-    return sum;
+    return sum.finish();
   }
   if (left == NodeClass::Variable) {
-    Sum* sum = sumOn<Sum>(asVar(a));
-    addTo(sum, b);
-    return sum;
+    Unfinished sum(sumOn<Sum>(asVar(a)));
+    addTo(sum.get(), b);
+    return sum.finish();
   }
-  Sum* sum =
-      right == NodeClass::Variable ? sumOn<Sum>(asVar(b)) : new (a->getEnv()) Sum(a->getEnv(), 0);
+  const KeptOperand kept(a);
+  Unfinished sum(right == NodeClass::Variable ? sumOn<Sum>(asVar(b))
+                                              : new (a->getEnv()) Sum(a->getEnv(), 0));
   sum->append(a);
   if (right == NodeClass::Other) sum->append(b);
-  return sum;
+  return sum.finish();
 }
 
 template <class Sum, class Expr>
@@ -156,9 +160,9 @@ Sum* sumForConstant(Expr* a) {
   const NodeClass kind = classOf(a);
   if (isLinear(kind)) return ownSum(a, kind);
   if (kind == NodeClass::Variable) return sumOn<Sum>(asVar(a));
-  Sum* sum = new (a->getEnv()) Sum(a->getEnv(), 0);
+  Unfinished sum(new (a->getEnv()) Sum(a->getEnv(), 0));
   sum->append(a);
-  return sum;
+  return sum.finish();
 }
 
 }  // namespace
@@ -230,13 +234,11 @@ ZylIntLinTermI* addIntConstant(ZylNumLinExprTermI* a, long constant) {
 ZylNumExprI* scaleNum(ZylNumExprI* a, double factor) {
   for (;;) {
     const NodeClass kind = classOf(a);
-    if (kind == NodeClass::Variable) {
-      return sumOn<ZylNumLinTermI>(a->getEnv()->newTerm(asVar(a), factor));
-    }
+    if (kind == NodeClass::Variable) return sumOn<ZylNumLinTermI>(asVar(a), factor);
     if (isLinear(kind)) {
-      ZylNumLinTermI* sum = ownLinearOf(a, kind);
+      Unfinished sum(ownLinearOf(a, kind), a);
       sum->multiply(factor);
-      return sum;
+      return sum.finish();
     }
     if (zyl::isExactly<ZylNumTimesCstI>(a)) {
       const auto* product = static_cast<const ZylNumTimesCstI*>(a);
@@ -256,13 +258,12 @@ ZylIntExprI* scaleInt(ZylIntExprI* a, long factor) {
   for (;;) {
     const NodeClass kind = classOf(a);
     if (kind == NodeClass::Variable) {
-      const auto coefficient = static_cast<double>(factor);
-      return sumOn<ZylIntLinTermI>(a->getEnv()->newTerm(asVar(a), coefficient));
+      return sumOn<ZylIntLinTermI>(asVar(a), static_cast<double>(factor));
     }
     if (kind == NodeClass::IntLinear) {
-      ZylIntLinTermI* sum = ownInt(a);
+      Unfinished sum(ownInt(a), a);
       sum->multiply(factor);
-      return sum;
+      return sum.finish();
     }
     if (!zyl::isExactly<ZylIntTimesCstI>(a)) {
       return new (a->getEnv()) ZylIntTimesCstI(a->getEnv(), a, factor);
@@ -306,13 +307,11 @@ ZylIntExprI* timesInt(ZylIntExprI* a, ZylIntExprI* b) {
 
 ZylNumExprI* divideNum(ZylNumExprI* a, double divisor) {
   const NodeClass kind = classOf(a);
-  if (kind == NodeClass::Variable) {
-    return sumOn<ZylNumLinTermI>(a->getEnv()->newTerm(asVar(a), 1.0 / divisor));
-  }
+  if (kind == NodeClass::Variable) return sumOn<ZylNumLinTermI>(asVar(a), 1.0 / divisor);
   if (isLinear(kind)) {
-    ZylNumLinTermI* sum = ownLinearOf(a, kind);
+    Unfinished sum(ownLinearOf(a, kind), a);
     sum->divide(divisor);
-    return sum;
+    return sum.finish();
   }
   return new (a->getEnv()) ZylNumDivCstI(a->getEnv(), a, divisor);
 }
