@@ -31,25 +31,33 @@ struct Side {
   long _size = -1;
 };
 
+// If one fails the array goes, with the ranges made before it, unless these hold expressions of the
+// client: those would go along.
 template <class Make>
-void fill(ZylRangeArray* array, long n, Make make) {
+void fill(ZylRangeArray* array, long n, bool ownExprs, Make make) {
   try {
+    if (n > 0) array->getImpl()->grow(n);
     for (long i = 0; i < n; ++i) array->add(make(i));
   } catch (...) {
+    for (long i = array->getSize() - 1; ownExprs && i >= 0; --i) {
+      ZylRangeI* range = (*array)[i].getImpl();
+      range->getEnv()->destroy(range, /*keep=*/0, /*notify=*/0);
+    }
     array->end();
     throw;
   }
 }
 
 void fill(ZylRangeArray* array, const ZylEnv& env, const Side& lower, const Side& upper) {
-  fill(array, lower.isArray() ? lower.getSize() : upper.getSize(),
+  fill(array, lower.isArray() ? lower.getSize() : upper.getSize(), /*ownExprs=*/true,
        [&](long i) { return ZylRange(env, lower[i], upper[i]); });
 }
 
 void fill(ZylRangeArray* array, const ZylEnv& env, const Side& lower, const ZylNumExprArray& exprs,
           const Side& upper) {
   if (exprs.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumExprArray::EmptyText());
-  fill(array, lower.isArray() ? lower.getSize() : exprs.getSize(), [&](long i) {
+  const long n = lower.isArray() ? lower.getSize() : exprs.getSize();
+  fill(array, n, /*ownExprs=*/false, [&](long i) {
     return i < exprs.getSize() ? ZylRange(env, lower[i], exprs[i], upper[i])
                                : ZylRange(env, lower[i], upper[i]);
   });
@@ -59,7 +67,7 @@ void fill(ZylRangeArray* array, const ZylEnv& env, const Side& lower, const ZylN
 
 ZylRangeArray::ZylRangeArray(const ZylEnv& env, long n, double lower, double upper)
     : ZylRangeArray(env, 0) {
-  fill(this, n, [&](long) { return ZylRange(env, lower, upper); });
+  fill(this, n, /*ownExprs=*/true, [&](long) { return ZylRange(env, lower, upper); });
 }
 
 #define ZYL_RANGE_ARRAY_BOUNDS(Lower, Upper)                               \

@@ -139,7 +139,21 @@ void ZylIntVarDomainI::setUB(double upper) {
   _upper = rounded;
 }
 
+void ZylIntVarDomainI::reserveBounds(long newLower, long newUpper) const {
+  if (!isEnumerated()) return;
+  // Wider bounds add the integers between old and new ones, which may be too many to count.
+  const auto added = [](long from, long to) {
+    return from < to ? static_cast<unsigned long>(to) - static_cast<unsigned long>(from) : 0UL;
+  };
+  constexpr auto most = static_cast<unsigned long>(ZylArrayI::MaxSize);
+  const unsigned long count =
+      std::min(added(newLower, _lower), most) + std::min(added(_upper, newUpper), most);
+  if (count > most) ZylRaiseMemory();
+  if (count != 0) _values.getImpl()->grow(_values.getSize() + static_cast<long>(count));
+}
+
 void ZylIntVarDomainI::cleanArray(long newLower, long newUpper) {
+  reserveBounds(newLower, newUpper);
   const auto removeIf = [this](auto outside) {
     for (long i = _values.getSize() - 1; i >= 0; --i) {
       if (outside(_values[i])) _values.remove(i);

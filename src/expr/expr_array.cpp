@@ -72,6 +72,9 @@ ZylNumExprArray ZylIntExprArray::toNumExprArray() const {
 }
 
 void ZylExprArray::add(long count, const ZylExpr& element) const {
+  if (count <= 0) return;
+  if (count > ZylArrayI::MaxSize) ZylRaiseMemory();
+  checked()->grow(getSize() + count);
   for (long i = 0; i < count; ++i) add(element);
 }
 

@@ -1,5 +1,7 @@
 #include "vorlane/expr/var_array.h"
 
+#include <algorithm>
+
 #include "vorlane/env/property.h"
 #include "vorlane/expr/expr_array.h"
 #include "vorlane/expr/variable_change.h"
@@ -12,13 +14,21 @@ const Array& checkedArray(const Array& array) {
   return array;
 }
 
-// Appends `n` elements that `make(i)` makes. If one fails the array is given back; variables made
-// before it stay in their environment, as any other object does.
+// A variable that nobody knows yet, nor will.
+void discard(ZylExtractableI* variable) {
+  variable->getEnv()->destroy(variable, /*keep=*/0, /*notify=*/0);
+}
+
+// Appends `n` elements that `make(i)` makes. If one fails the array goes, with the variables made
+// before it.
 template <class Array, class Make>
 void fill(Array* array, long n, Make make) {
   try {
+    // Room for all first: what is made must not be lost on its way into the array.
+    if (n > 0) array->getImpl()->grow(n);
     for (long i = 0; i < n; ++i) array->add(make(i));
   } catch (...) {
+    for (long i = array->getSize() - 1; i >= 0; --i) discard(array->getI(i));
     array->end();
     throw;
   }
@@ -80,8 +90,12 @@ void ZylNumVarArray::setBounds(const ZylNumArray& lower, const ZylNumArray& uppe
   if (_impl == nullptr) ZylRaiseEmptyHandle(EmptyText());
   checkedArray(lower);
   checkedArray(upper);
+  const long size = std::min({getSize(), lower.getSize(), upper.getSize()});
+  for (long i = 0; i < size; ++i) {
+    if (ZylNumVarI* variable = (*this)[i].getImpl()) variable->prepareBounds(lower[i], upper[i]);
+  }
   ZylEnvI* env = nullptr;
-  for (long i = 0; i < getSize() && i < lower.getSize() && i < upper.getSize(); ++i) {
+  for (long i = 0; i < size; ++i) {
     ZylNumVarI* variable = (*this)[i].getImpl();
     if (variable == nullptr) continue;
     variable->setBounds(lower[i], upper[i]);
@@ -128,7 +142,12 @@ ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, long n, const ZylAnyArray& val
     : ZylIntVarArray(env, 0) {
   fill(this, n, [&, size = checkedArray(values).getSize()](long) {
     ZylIntVar variable(env, 0, size);
-    variable.setAnyProperty(ZylIntVar::AnyDomainProperty, values.getImpl());
+    try {
+      variable.setAnyProperty(ZylIntVar::AnyDomainProperty, values.getImpl());
+    } catch (...) {
+      discard(variable.getImpl());
+      throw;
+    }
     return variable;
   });
 }

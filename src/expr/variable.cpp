@@ -192,11 +192,11 @@ void ZylNumVarI::display(std::ostream& stream) const {
 }
 
 ZylNumLinTermI* ZylNumVarI::toNumLinTermI() {
-  return new (_env) ZylNumLinTermI(ZylNumLinExprTerm(_env->newTerm(this, 1.0)));
+  return new (_env) ZylNumLinTermI(ZylNumLinExprTerm(this, 1.0));
 }
 
 ZylIntLinTermI* ZylNumVarI::toIntLinTermI() {
-  return new (_env) ZylIntLinTermI(ZylIntLinExprTerm(_env->newTerm(this, 1.0)));
+  return new (_env) ZylIntLinTermI(ZylIntLinExprTerm(this, 1.0));
 }
 
 bool ZylNumVarI::isInteger() const {
@@ -286,14 +286,29 @@ void ZylNumVarI::setUB(double upper) {
   notify(ZylSetNumVarBounds(this, getLB(), upper));
 }
 
+// Without a domain one of these bounds gets interned, otherwise the private one gets its room.
+void ZylNumVarI::prepareBounds(double lower, double upper) {
+  if (_domain == nullptr) {
+    // The default is no domain; under a local environment one is made for each call.
+    if (_env->getLocalEnv() == nullptr) {
+      static_cast<void>(_env->getOrMakeSharedDomain(lower, upper));
+    }
+    return;
+  }
+  ZylVarDomainI* d = ownDomain();
+  if (d->isIntDomain()) {
+    static_cast<ZylIntVarDomainI*>(d)->reserveBounds(ceiled(lower), floored(upper));
+  }
+}
+
 // No interning here: two look-ups for one call would cost more than a private domain.
 void ZylNumVarI::setBounds(double lower, double upper) {
   if (_domain == nullptr) {
     _domain = _env->getOrMakeSharedDomain(lower, upper);
   } else {
-    ZylVarDomainI* d = ownDomain();
-    d->setLB(lower);
-    d->setUB(upper);
+    prepareBounds(lower, upper);
+    _domain->setLB(lower);
+    _domain->setUB(upper);
   }
   notify(ZylSetNumVarBounds(this, lower, upper));
 }

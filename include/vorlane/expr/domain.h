@@ -118,6 +118,9 @@ class ZYL_EXPORT ZylIntVarDomainI : public ZylVarDomainI {
   /// Removes the values outside the new bounds, and appends every integer between the old bounds
   /// and wider new ones: the values are not sorted afterwards.
   void cleanArray(long newLower, long newUpper);
+  /// Makes room for the values that such bounds add: setting them then needs no memory. Raises
+  /// `ZylMemoryException`, which changes nothing.
+  void reserveBounds(long newLower, long newUpper) const;
 
  private:
   long _lower;

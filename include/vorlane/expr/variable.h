@@ -75,6 +75,9 @@ class ZYL_EXPORT ZylNumVarI : public ZylIntExprI {
   /// values on an integer variable.
   void setPossibleValues(const ZylNumArray& values);
   void setPossibleValues(const ZylIntArray& values);
+  /// Does all for `setBounds` that needs memory. Raises `ZylMemoryException`; a client sees no
+  /// difference.
+  void prepareBounds(double lower, double upper);
   /// Builds a domain of the variable's type and environment that is not interned.
   [[nodiscard]] ZylVarDomainI* makeDomain(double lower, double upper) const;
   /// Null for a float variable from 0 to infinity.
