@@ -1,6 +1,7 @@
 #include "vorlane/env/extension.h"
 
 #include <cstring>
+#include <utility>
 
 #include "vorlane/env/property.h"
 
@@ -109,6 +110,10 @@ void Extended::setName(ZylGenAlloc* alloc, ZylExtension** extension, const char*
   ZylExtension::getOrMake(alloc, extension)->setName(alloc, name);
 }
 
+void Extended::swapName(ZylGenAlloc* alloc, ZylExtension** extension, char** name) {
+  std::swap(ZylExtension::getOrMake(alloc, extension)->_name, *name);
+}
+
 void Extended::setObject(ZylGenAlloc* alloc, ZylExtension** extension, void* object) {
   if (object == nullptr && *extension == nullptr) return;
   ZylExtension::getOrMake(alloc, extension)->setObject(alloc, object);
@@ -135,8 +140,15 @@ void Extended::addClonedProperty(ZylGenAlloc* alloc, ZylExtension** extension,
 
 void Extended::addProperties(ZylGenAlloc* alloc, ZylExtension** extension,
                              const ZylNamedPropertySetI* properties) {
-  for (const auto* cell = properties->getFirst(); cell != nullptr; cell = cell->next) {
-    addClonedProperty(alloc, extension, cell->property);
+  const auto* cell = properties->getFirst();
+  try {
+    for (; cell != nullptr; cell = cell->next) addClonedProperty(alloc, extension, cell->property);
+  } catch (const ZylMemoryException&) {
+    // All or none. What is refused for another reason leaves those before it.
+    for (const auto* added = properties->getFirst(); added != cell; added = added->next) {
+      removeProperty(*extension, added->property->getName());
+    }
+    throw;
   }
 }
 

@@ -74,6 +74,53 @@ void ZylExtractableArray::removeMarked() const {
   _impl->truncate(kept);
 }
 
+namespace {
+
+/// Names the elements of an array; unless it is told that this went well, all of them have the
+/// names of before in the end.
+class Renaming {
+ public:
+  explicit Renaming(const ZylExtractableArray& array)
+      : _array(array), _manager(array.getImpl()->getManager()),
+        _texts(new (_manager) ZylArrayI(_manager, array.getSize())) {}
+  ~Renaming() {
+    for (long i = 0; i < _named; ++i) {
+      ZylExtractableI* element = _array.getI(i);
+      if (element == nullptr) continue;
+      if (!_done) element->swapName(&_texts->element<char*>(i));
+      element->getEnv()->strFree(_texts->element<char*>(i));
+    }
+    delete _texts;
+  }
+  Renaming(const Renaming&) = delete;
+  Renaming& operator=(const Renaming&) = delete;
+
+  /// To be called for one index after the other.
+  void rename(long i, const char* text) {
+    if (ZylExtractableI* element = _array.getI(i)) {
+      char*& name = _texts->element<char*>(i);
+      name = element->getEnv()->strDup(text);
+      try {
+        element->swapName(&name);
+      } catch (...) {
+        element->getEnv()->strFree(name);
+        throw;
+      }
+    }
+    _named = i + 1;
+  }
+  void done() noexcept { _done = true; }
+
+ private:
+  const ZylExtractableArray& _array;
+  ZylGenAlloc* _manager;
+  ZylArrayI* _texts;  // the names of before
+  long _named = 0;
+  bool _done = false;
+};
+
+}  // namespace
+
 void ZylExtractableArray::setNames(const char* prefix) const {
   if (prefix == nullptr) ZylRaiseEmptyHandle(EmptyText());
   if (SortedCopy(ZylExtractableArray(checked())).hasDuplicates()) {
@@ -83,11 +130,12 @@ void ZylExtractableArray::setNames(const char* prefix) const {
   const unsigned long size = std::strlen(prefix) + 31;
   auto* buffer = static_cast<char*>(manager->alloc(size));
   try {
+    Renaming renaming(*this);
     for (long i = 0; i < getSize(); ++i) {
-      if (getI(i) == nullptr) continue;
       ZylSPrintf(buffer, size, "%s[%d]", prefix, static_cast<int>(i));
-      getI(i)->setName(buffer);
+      renaming.rename(i, buffer);
     }
+    renaming.done();
   } catch (...) {
     manager->free(buffer, size);
     throw;

@@ -79,6 +79,9 @@ struct ZYL_EXPORT Extended {
     return extension != nullptr ? extension->getProperties() : nullptr;
   }
   static void setName(ZylGenAlloc* alloc, ZylExtension** extension, const char* name);
+  // Exchanges the name with another text of the same allocator. Raises `ZylMemoryException` only
+  // where there is no record yet.
+  static void swapName(ZylGenAlloc* alloc, ZylExtension** extension, char** name);
   static void setObject(ZylGenAlloc* alloc, ZylExtension** extension, void* object);
   static void setProperties(ZylGenAlloc* alloc, ZylExtension** extension,
                             ZylNamedPropertySetI* properties);
@@ -117,6 +120,9 @@ struct ZYL_EXPORT Extended {
   const char* getName() const noexcept { return zyl::detail::Extended::getName(_extension); }      \
   void setName(const char* name) {                                                                 \
     zyl::detail::Extended::setName(extensionAlloc(), &_extension, name);                           \
+  }                                                                                                \
+  void swapName(char** name) {                                                                     \
+    zyl::detail::Extended::swapName(extensionAlloc(), &_extension, name);                          \
   }                                                                                                \
   void* getObject() const noexcept { return zyl::detail::Extended::getObject(_extension); }        \
   void setObject(void* object) {                                                                   \
