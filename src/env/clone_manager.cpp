@@ -56,26 +56,46 @@ void ZylCloneManager::forget(const ZylExtractableI* object) noexcept {
 
 bool ZylCloneManager::hasClone(const ZylExtractableI* object) const { return knows(object); }
 
+namespace {
+// The memo is no part of what a local environment undoes.
+struct Suspended {
+  explicit Suspended(ZylEnvI* e) : env(e), local(e->setLocalEnv(nullptr)) {}
+  ~Suspended() { env->setLocalEnv(local); }
+  Suspended(const Suspended&) = delete;
+  Suspended& operator=(const Suspended&) = delete;
+  ZylEnvI* env;
+  ZylLocalEnvI* local;
+};
+}  // namespace
+
 void ZylCloneManager::setMaxId(long id) {
   if (_clones != nullptr && id < _clones->getSize()) return;
-  // The memo is no part of what a local environment undoes.
-  struct Suspended {
-    ZylEnvI* env;
-    ZylLocalEnvI* local;
-    ~Suspended() { env->setLocalEnv(local); }
-  } suspended{_env, _env->setLocalEnv(nullptr)};
+  const Suspended suspended(_env);
   if (_originals == nullptr) _originals = new (_env->getGenAlloc()) ZylArrayI(_env, 0L);
   if (_cloned == nullptr) _cloned = new (_env->getGenAlloc()) ZylArrayI(_env, 0L);
   if (_clones == nullptr) _clones = new (_env->getGenAlloc()) ZylArrayI(_env, 0L);
+  _originals->grow(id + 1);
+  _clones->grow(id + 1);
   // Last of all the array whose size the tests read.
   while (_originals->getSize() <= id) _originals->append<const ZylExtractableI*>(nullptr);
   while (_clones->getSize() <= id) _clones->append<ZylExtractableI*>(nullptr);
 }
 
+// Behind this, and as long as nothing else is entered, `setClone` needs no memory.
+void ZylCloneManager::makeRoom(long id) {
+  setMaxId(id);
+  const long needed = _cloned->getSize() + _awaited + 1;
+  if (needed <= _room) return;
+  const Suspended suspended(_env);
+  const long room = std::max(needed, 2 * _room);
+  _cloned->grow(room);
+  _room = room;
+}
+
 void ZylCloneManager::setClone(const ZylExtractableI* object, ZylExtractableI* clone) {
   const long id = object->getId();
   if (id < 0) return;  // finished
-  setMaxId(id);
+  makeRoom(id);
   _cloned->append<long>(id);
   _originals->element<const ZylExtractableI*>(id) = object;
   _clones->element<ZylExtractableI*>(id) = clone;
@@ -85,6 +105,14 @@ bool ZylCloneManager::pushExpander() {
   if (_expander != nullptr) return false;
   _expander = _env->getExpander();
   return true;
+}
+
+ZylExtractableI* ZylCloneManager::makeClone(const ZylExtractableI* object) {
+  if (_expander != nullptr) {
+    auto* original = const_cast<ZylExtractableI*>(object);  // NOLINT: only read
+    if (ZylExtractableI* clone = _expander->substitute(original)) return clone;
+  }
+  return object->makeClone(_env);
 }
 
 ZylExtractableI* ZylCloneManager::getClone(const ZylExtractableI* object) {
@@ -97,11 +125,20 @@ ZylExtractableI* ZylCloneManager::getClone(const ZylExtractableI* object) {
   } held{this, lock()};
   setMaxId(object->getId());
   if (knows(object)) return _clones->element<ZylExtractableI*>(object->getId());
+  // A clone that could not be entered would be lost, so the room comes first.
+  makeRoom(object->getId());
+  struct Awaited {
+    explicit Awaited(long* number) : count(number) { ++*count; }
+    ~Awaited() { --*count; }
+    Awaited(const Awaited&) = delete;
+    Awaited& operator=(const Awaited&) = delete;
+    long* count;
+  };
   ZylExtractableI* clone = nullptr;
-  if (_expander != nullptr) {
-    clone = _expander->substitute(const_cast<ZylExtractableI*>(object));  // NOLINT: only read
+  {
+    const Awaited awaited(&_awaited);
+    clone = makeClone(object);
   }
-  if (clone == nullptr) clone = object->makeClone(_env);
   setClone(object, clone);
   return clone;
 }

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "expr/build.h"
 #include "vorlane/algorithm/algorithm.h"
 #include "vorlane/model/visitor.h"
 
@@ -16,9 +17,9 @@ ZylModelI::ZylModelI(ZylEnvI* env, const char* name) : ZylExtractableI(env, name
 ZylModelI::~ZylModelI() { _elements.clear(); }
 
 ZylExtractableI* ZylModelI::makeClone(ZylEnvI* env) const {
-  auto* clone = new (env) ZylModelI(env);
+  zyl::detail::Unfinished clone(new (env) ZylModelI(env));
   for (Iterator it(_elements); it.ok(); ++it) clone->add(env->getClone(*it));
-  return clone;
+  return clone.finish();
 }
 
 void ZylModelI::atRemove(ZylExtractableI* removed, void*) {

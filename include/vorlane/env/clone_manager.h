@@ -41,11 +41,15 @@ class ZYL_EXPORT ZylCloneManager {
 
  private:
   bool knows(const ZylExtractableI* object) const noexcept;
+  void makeRoom(long id);
+  ZylExtractableI* makeClone(const ZylExtractableI* object);
 
   ZylEnvI* _env;
   long _locked = 0;
   ZylArrayI* _clones = nullptr;  // by id: the clone or null
   ZylArrayI* _cloned = nullptr;  // ids in order of cloning
+  long _awaited = 0;             // clones that are being made: there is room for their ids
+  long _room = 0;                // elements that `_cloned` holds without asking for memory
   ZylExpanderI* _expander = nullptr;
   // By id: the original. Ids tell objects of one environment apart, and originals come from any.
   ZylArrayI* _originals = nullptr;
