@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 
 #include "vorlane/algorithm/model_evaluator.h"
 #include "vorlane/env/number.h"
@@ -222,10 +223,17 @@ void ZylAlgorithmI::handleForAllElement(void*) {}
 // A failure destroys the whole extraction: what the engine holds no longer matches the model.
 template <class Refusal>
 void ZylAlgorithmI::raiseRefusal(const ZylExtractableArray& objects) {
-  Refusal refusal(this);
-  refusal.getExtractables().add(objects);
+  std::optional<Refusal> refusal;
+  try {
+    refusal.emplace(this);
+    refusal->getExtractables().add(objects);
+  } catch (const ZylMemoryException&) {
+    if (refusal.has_value()) refusal->end();
+    clear();
+    throw;
+  }
   clear();
-  throw refusal;
+  throw *refusal;
 }
 
 void ZylAlgorithmI::load(const ZylModelI* model) {
