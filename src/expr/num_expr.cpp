@@ -1,5 +1,6 @@
 #include "vorlane/expr/num_expr.h"
 
+#include <optional>
 #include <ostream>
 
 #include "expr/build.h"
@@ -177,6 +178,17 @@ class HandleStepsBack {
   ZylNumExprI* _held;
 };
 
+// An operand that becomes part of a new node; a linear one is copied, or changed in place.
+class KeptPart {
+ public:
+  explicit KeptPart(ZylNumExprI* operand) {
+    if (zyl::detail::classOf(operand) == NodeClass::Other) _kept.emplace(operand);
+  }
+
+ private:
+  std::optional<zyl::detail::KeptOperand> _kept;
+};
+
 template <class Impl, class Operation>
 Impl* rewritten(Impl* held, Operation operation) {
   HandleStepsBack handle(held);
@@ -241,7 +253,13 @@ ZylNumExpr& ZylNumExpr::operator+=(const ZylNumExprArg& arg) {
 // The argument is negated while this handle still holds its node: it may be that node.
 ZylNumExpr& ZylNumExpr::operator-=(const ZylNumExprArg& arg) {
   checkPair(getImpl(), arg.getImpl(), raiseSubtract);
-  return add(zyl::detail::scaleNum(arg.getImpl(), -1.0));
+  ZylNumExprI* expr = arg.getImpl();
+  const KeptPart kept(expr);
+  Unfinished negative(zyl::detail::scaleNum(expr, -1.0), expr);
+  add(negative.get());
+  // The sum has it, or has taken its terms.
+  static_cast<void>(negative.finish());
+  return *this;
 }
 
 ZylNumExpr& ZylNumExpr::add(ZylNumExprI* addend) {
@@ -301,10 +319,13 @@ ZylIntExpr& ZylIntExpr::operator+=(const ZylIntExprArg& arg) {
 
 ZylIntExpr& ZylIntExpr::operator-=(const ZylIntExprArg& arg) {
   checkPair(getImpl(), arg.getImpl(), raiseSubtract);
-  ZylIntExprI* addend = zyl::detail::scaleInt(arg.getImpl(), -1);
-  _impl = rewritten(getImpl(), [addend](ZylIntExprI* expr) -> ZylIntExprI* {
-    return zyl::detail::addInt(expr, addend);
+  ZylIntExprI* expr = arg.getImpl();
+  const KeptPart kept(expr);
+  Unfinished negative(zyl::detail::scaleInt(expr, -1), expr);
+  _impl = rewritten(getImpl(), [&negative](ZylIntExprI* held) -> ZylIntExprI* {
+    return zyl::detail::addInt(held, negative.get());
   });
+  static_cast<void>(negative.finish());
   return *this;
 }
 
