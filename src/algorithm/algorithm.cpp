@@ -287,13 +287,15 @@ void ZylAlgorithmI::apply(const ZylChange& change, const ZylExtractableI* extrac
   if (!isInUse(extractable)) return;
   if (_searchActive != 0) throw ZylNoChangeDuringSearchException();
   const long id = extractable->getId();
-  void* handle = _extractionHandles[id];
+  void* const before = _extractionHandles[id];
+  void* handle = before;
   if (!deliver(change, &handle, extractable)) {
     ZylAlgorithm::CannotChangeException refusal(this);
     refusal.getExtractables().addI(mutableObject(extractable));
     throw refusal;
   }
-  _extractionHandles[id] = handle;
+  // An engine that ended itself meanwhile has no table any more.
+  if (handle != before) _extractionHandles[id] = handle;
 }
 
 void ZylAlgorithmI::apply(const ZylChange& change) {

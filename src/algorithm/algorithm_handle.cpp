@@ -32,6 +32,9 @@ template <class Variables, class Values>
 void checkArrays(const Variables& variables, const Values& values) {
   if (variables.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylNumVarArray.");
   if (values.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty ZylNumArray.");
+  for (long i = 0; i < variables.getSize(); ++i) {
+    if (variables.getI(i) == nullptr) ZylRaiseWrongUsage("Using empty ZylNumVar handle.");
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "vorlane/env/allocation_stack.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "vorlane/env/memory.h"
 
@@ -31,6 +32,8 @@ void ZylAllocationStack::reset() noexcept {
 }
 
 ZylAllocationStack::Part* ZylAllocationStack::makePart(long words, long start) {
+  constexpr long MostWords = std::numeric_limits<long>::max() / long{sizeof(void*)};
+  if (words > MostWords) ZylRaiseMemory();
   const long size = std::max(ZylAllocationStackDefaultSize, words);
   const std::size_t bytes = static_cast<std::size_t>(size) * sizeof(void*);
   auto* data = static_cast<void**>(zyl::detail::allocateGlobal(bytes));

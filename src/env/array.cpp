@@ -208,6 +208,7 @@ bool occurs(const Array& array, Value value) {
 template <class Array>
 Array copied(const Array& array, const ZylEnv& env) {
   if (array.getImpl() == nullptr) ZylRaiseEmptyHandle(Array::EmptyText());
+  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
   return Array(new (env.getImpl()->getGenAlloc()) ZylArrayI(env.getImpl(), array.getImpl()));
 }
 

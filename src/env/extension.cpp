@@ -88,7 +88,7 @@ struct Owner {
   ZylGenAlloc* alloc;
   ZylExtension** extension;
   ZylNamedPropertySetI* getProperties() const { return Extended::getProperties(*extension); }
-  ZylGenAlloc* getPropertyManager() const { return alloc; }
+  ZylMemoryManager getMemoryManager() const { return ZylMemoryManager(alloc); }
   void addProperty(ZylNamedPropertyI* property) const {
     Extended::addProperty(alloc, extension, property);
   }
@@ -150,6 +150,10 @@ void Extended::addProperties(ZylGenAlloc* alloc, ZylExtension** extension,
     }
     throw;
   }
+}
+
+void Extended::removeAllProperties(const ZylExtension* extension) {
+  if (ZylNamedPropertySetI* set = getProperties(extension)) set->removeAllProperties();
 }
 
 bool Extended::hasProperty(const ZylExtension* extension, const char* name) {

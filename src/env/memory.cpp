@@ -83,17 +83,17 @@ bool SlabSource::addSlab() noexcept {
   _bottom = static_cast<char*>(memory) + sizeof(Slab);
   _top = static_cast<char*>(memory) + size;
   _backed = _top;
-  auto* windows = const_cast<std::uintptr_t*>(_windows);
-  if (_windows == NoWindows) {
+  auto* windows = const_cast<std::uintptr_t*>(_windows.load(std::memory_order_relaxed));
+  if (windows == NoWindows) {
     // The first slab carries the table.
     std::memcpy(_bottom, NoWindows, sizeof(NoWindows));
     windows = reinterpret_cast<std::uintptr_t*>(_bottom);
-    _windows = windows;
+    _windows.store(windows, std::memory_order_release);
     _bottom += sizeof(NoWindows);
   }
   const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(memory) >> WindowBits;
   for (std::uintptr_t i = 0; i < size >> WindowBits; ++i)
-    windows[(first + i) % Windows] = first + i;
+    __atomic_store_n(&windows[(first + i) % Windows], first + i, __ATOMIC_RELAXED);
   ZYL_POISON(_bottom, static_cast<std::size_t>(_top - _bottom));
   return true;
 }
@@ -120,8 +120,9 @@ using zyl::detail::allocateGlobal;
 using zyl::detail::releaseGlobal;
 
 void* ZylAllocationList::alloc(long size) {
+  if (size < 0) ZylRaiseMemory();
   auto* cell = static_cast<Cell*>(allocateGlobal(sizeof(Cell) + static_cast<std::size_t>(size)));
-  *cell = Cell{size, nullptr, _head};
+  *cell = Cell{size, nullptr, _head, this};
   if (_head != nullptr) _head->prev = cell;
   _head = cell;
   _memory += _size >= 0 ? _size : size;
@@ -129,6 +130,11 @@ void* ZylAllocationList::alloc(long size) {
 }
 
 void ZylAllocationList::free(Cell* cell) noexcept {
+  if (cell->list != this) {
+    // An object whose constructor raised comes back with the size of the base that knows its owner.
+    cell->list->free(cell);
+    return;
+  }
   if (cell->next != nullptr) cell->next->prev = cell->prev;
   if (cell->prev != nullptr) {
     cell->prev->next = cell->next;
@@ -239,7 +245,8 @@ void ZylFixedSizeAllocatorI::setUseIt(long useIt) {
 }
 
 ZylMemory::ZylMemory(long useIt)
-    : _classes{}, _largeList(nullptr), _limit(zyl::detail::readLimit()), _classCount(0) {
+    : _classes{}, _largeList(nullptr), _limit(zyl::detail::readLimit()), _classCount(0),
+      _pooledSizes(static_cast<unsigned long>(std::max(_limit, 0L))) {
   try {
     _largeList = new (allocateGlobal(sizeof(ZylAllocationList))) ZylAllocationList();
     long size = 0;

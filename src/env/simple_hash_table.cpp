@@ -3,6 +3,7 @@
 ZylSimpleHashTable::ZylSimpleHashTable(const ZylEnv& env, long size)
     : _env(env.getImpl()), _current(&_sentinel), _size(size), _buckets(nullptr),
       _sentinel{nullptr, nullptr, nullptr}, _count(0) {
+  if (_env == nullptr) ZylRaiseEmptyHandle();
   _buckets = makeBuckets(size);
 }
 

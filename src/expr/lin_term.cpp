@@ -69,6 +69,22 @@ void ZylNumLinTermI::display(std::ostream& stream) const {
   zyl::detail::displayLinear(stream, *this, _terms, _items, _constant);
 }
 
+std::ostream& operator<<(std::ostream& stream, const zyl::detail::TermHandle& term) {
+  // A sum for the display alone, its one term on the stack.
+  struct Sum {
+    ZylEnvI* env;
+    ZylEnvI* getEnv() const { return env; }
+    static long displayTerm(std::ostream& out, const ZylNumLinExprTermI* t) {
+      return zyl::detail::displayLinearTerm(out, t);
+    }
+  };
+  ZylNumLinExprTermI record{term.getVarI(), nullptr, term.getCoef()};
+  zyl::detail::TermList terms;
+  terms.append(&record);
+  zyl::detail::displayLinear(stream, Sum{term.getEnvI()}, terms, {}, 0.0);
+  return stream;
+}
+
 long ZylNumLinTermI::displayTerm(std::ostream& stream, const ZylNumLinExprTermI* term) const {
   return zyl::detail::displayLinearTerm(stream, term);
 }

@@ -45,6 +45,11 @@ ZylExtractableI* ZylConstraintIndVarI::makeClone(ZylEnvI* env) const {
   return new (env) ZylConstraintIndVarI(env, constraint);
 }
 
+// Other variables depend on nothing. NOLINTNEXTLINE(bugprone-parent-virtual-call)
+void ZylConstraintIndVarI::atRemove(ZylExtractableI* removed, void* extra) {
+  ZylExtractableI::atRemove(removed, extra);
+}
+
 void ZylConstraintIndVarI::visitSubExtractables(ZylExtractableVisitor* visitor) {
   visitor->beginVisit(this);
   visitor->visitChildren(this, _constraint);

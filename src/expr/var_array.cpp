@@ -1,6 +1,7 @@
 #include "vorlane/expr/var_array.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "vorlane/env/property.h"
 #include "vorlane/expr/expr_array.h"
@@ -19,11 +20,12 @@ void discard(ZylExtractableI* variable) {
   variable->getEnv()->destroy(variable, /*keep=*/0, /*notify=*/0);
 }
 
-// Appends `n` elements that `make(i)` makes. If one fails the array goes, with the variables made
-// before it.
-template <class Array, class Make>
-void fill(Array* array, long n, Make make) {
+// Appends the elements that `make(i)` makes, as many as `count()` says. If one fails the array
+// goes, with the variables made before it.
+template <class Array, class Count, class Make>
+void fill(Array* array, Count count, Make make) {
   try {
+    const long n = count();
     // Room for all first: what is made must not be lost on its way into the array.
     if (n > 0) array->getImpl()->grow(n);
     for (long i = 0; i < n; ++i) array->add(make(i));
@@ -32,6 +34,45 @@ void fill(Array* array, long n, Make make) {
     array->end();
     throw;
   }
+}
+
+// Bounds are given one for each variable, zeros being added to a second array that is too short, or
+// one for all.
+template <class Bounds>
+long sizeOf(const Bounds& bounds) {
+  if constexpr (std::is_arithmetic_v<Bounds>) {
+    return -1;
+  } else {
+    return checkedArray(bounds).getSize();
+  }
+}
+
+template <class Bounds>
+auto boundOf(const Bounds& bounds, long i) {
+  if constexpr (std::is_arithmetic_v<Bounds>) {
+    return bounds;
+  } else {
+    return i < bounds.getSize() ? bounds[i] : 0;
+  }
+}
+
+// As many variables as the first array has elements.
+template <class Variable, class Array, class Lower, class Upper, class... Type>
+void fillOver(Array* array, const ZylEnv& env, const Lower& lower, const Upper& upper,
+              Type... type) {
+  const auto count = [&] {
+    const long sizes[] = {sizeOf(lower), sizeOf(upper)};
+    return sizes[0] >= 0 ? sizes[0] : sizes[1];
+  };
+  fill(array, count,
+       [&](long i) { return Variable(env, boundOf(lower, i), boundOf(upper, i), type...); });
+}
+
+// `n` variables, all alike.
+template <class Variable, class Array, class... Facts>
+void fillWith(Array* array, long n, const ZylEnv& env, Facts... facts) {
+  fill(
+      array, [n] { return n; }, [&](long) { return Variable(env, facts...); });
 }
 
 // The same elements under another handle class, in a new array.
@@ -58,29 +99,23 @@ To integersOf(const ZylNumVarArray& variables) {
 
 ZylNumVarArray::ZylNumVarArray(const ZylEnv& env, long n, double lower, double upper, Type type)
     : ZylNumVarArray(env, 0) {
-  fill(this, n, [&](long) { return ZylNumVar(env, lower, upper, type); });
+  fillWith<ZylNumVar>(this, n, env, lower, upper, type);
 }
 
 ZylNumVarArray::ZylNumVarArray(const ZylEnv& env, const ZylNumArray& lower,
                                const ZylNumArray& upper, Type type)
     : ZylNumVarArray(env, 0) {
-  checkedArray(upper);
-  fill(this, checkedArray(lower).getSize(), [&](long i) {
-    // A second array that is too short counts as zeros from there on.
-    return ZylNumVar(env, lower[i], i < upper.getSize() ? upper[i] : 0.0, type);
-  });
+  fillOver<ZylNumVar>(this, env, lower, upper, type);
 }
 
 ZylNumVarArray::ZylNumVarArray(const ZylEnv& env, const ZylNumArray& lower, double upper, Type type)
     : ZylNumVarArray(env, 0) {
-  fill(this, checkedArray(lower).getSize(),
-       [&](long i) { return ZylNumVar(env, lower[i], upper, type); });
+  fillOver<ZylNumVar>(this, env, lower, upper, type);
 }
 
 ZylNumVarArray::ZylNumVarArray(const ZylEnv& env, double lower, const ZylNumArray& upper, Type type)
     : ZylNumVarArray(env, 0) {
-  fill(this, checkedArray(upper).getSize(),
-       [&](long i) { return ZylNumVar(env, lower, upper[i], type); });
+  fillOver<ZylNumVar>(this, env, lower, upper, type);
 }
 
 ZylNumVarArray::ZylNumVarArray(const ZylIntVarArray& variables)
@@ -115,33 +150,33 @@ ZylNumExprArray ZylNumVarArray::toNumExprArray() const { return rewrapped<ZylNum
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, long n, long lower, long upper)
     : ZylIntVarArray(env, 0) {
-  fill(this, n, [&](long) { return ZylIntVar(env, lower, upper); });
+  fillWith<ZylIntVar>(this, n, env, lower, upper);
 }
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, const ZylIntArray& lower,
                                const ZylIntArray& upper)
     : ZylIntVarArray(env, 0) {
-  checkedArray(upper);
-  fill(this, checkedArray(lower).getSize(),
-       [&](long i) { return ZylIntVar(env, lower[i], i < upper.getSize() ? upper[i] : 0); });
+  fillOver<ZylIntVar>(this, env, lower, upper);
 }
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, const ZylIntArray& lower, long upper)
     : ZylIntVarArray(env, 0) {
-  fill(this, checkedArray(lower).getSize(),
-       [&](long i) { return ZylIntVar(env, lower[i], upper); });
+  fillOver<ZylIntVar>(this, env, lower, upper);
 }
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, long lower, const ZylIntArray& upper)
     : ZylIntVarArray(env, 0) {
-  fill(this, checkedArray(upper).getSize(),
-       [&](long i) { return ZylIntVar(env, lower, upper[i]); });
+  fillOver<ZylIntVar>(this, env, lower, upper);
 }
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, long n, const ZylAnyArray& values)
     : ZylIntVarArray(env, 0) {
-  fill(this, n, [&, size = checkedArray(values).getSize()](long) {
-    ZylIntVar variable(env, 0, size);
+  const auto count = [&] {
+    checkedArray(values);
+    return n;
+  };
+  fill(this, count, [&](long) {
+    ZylIntVar variable(env, 0, values.getSize());
     try {
       variable.setAnyProperty(ZylIntVar::AnyDomainProperty, values.getImpl());
     } catch (...) {
@@ -164,7 +199,23 @@ ZylNumExprArray ZylIntVarArray::toNumExprArray() const { return rewrapped<ZylNum
 
 ZylBoolVarArray::ZylBoolVarArray(const ZylEnv& env, long n, long lower, long upper)
     : ZylBoolVarArray(env, 0) {
-  fill(this, n, [&](long) { return ZylBoolVar(env, lower, upper); });
+  fillWith<ZylBoolVar>(this, n, env, lower, upper);
+}
+
+ZylBoolVarArray::ZylBoolVarArray(const ZylEnv& env, const ZylIntArray& lower,
+                                 const ZylIntArray& upper)
+    : ZylBoolVarArray(env, 0) {
+  fillOver<ZylBoolVar>(this, env, lower, upper);
+}
+
+ZylBoolVarArray::ZylBoolVarArray(const ZylEnv& env, const ZylIntArray& lower, long upper)
+    : ZylBoolVarArray(env, 0) {
+  fillOver<ZylBoolVar>(this, env, lower, upper);
+}
+
+ZylBoolVarArray::ZylBoolVarArray(const ZylEnv& env, long lower, const ZylIntArray& upper)
+    : ZylBoolVarArray(env, 0) {
+  fillOver<ZylBoolVar>(this, env, lower, upper);
 }
 
 ZylBoolVarArray::ZylBoolVarArray(const ZylIntVarArray& variables)
@@ -188,14 +239,23 @@ ZylNumExprArray ZylBoolVarArray::toNumExprArray() const {
 ZylSemiContVarArray::ZylSemiContVarArray(const ZylEnv& env, long n, double threshold, double upper,
                                          Type type)
     : ZylSemiContVarArray(env, 0) {
-  fill(this, n, [&](long) { return ZylSemiContVar(env, threshold, upper, type); });
+  fillWith<ZylSemiContVar>(this, n, env, threshold, upper, type);
 }
 
 ZylSemiContVarArray::ZylSemiContVarArray(const ZylEnv& env, const ZylNumArray& thresholds,
                                          const ZylNumArray& upper, Type type)
     : ZylSemiContVarArray(env, 0) {
-  checkedArray(upper);
-  fill(this, checkedArray(thresholds).getSize(), [&](long i) {
-    return ZylSemiContVar(env, thresholds[i], i < upper.getSize() ? upper[i] : 0.0, type);
-  });
+  fillOver<ZylSemiContVar>(this, env, thresholds, upper, type);
+}
+
+ZylSemiContVarArray::ZylSemiContVarArray(const ZylEnv& env, const ZylNumArray& thresholds,
+                                         double upper, Type type)
+    : ZylSemiContVarArray(env, 0) {
+  fillOver<ZylSemiContVar>(this, env, thresholds, upper, type);
+}
+
+ZylSemiContVarArray::ZylSemiContVarArray(const ZylEnv& env, double threshold,
+                                         const ZylNumArray& upper, Type type)
+    : ZylSemiContVarArray(env, 0) {
+  fillOver<ZylSemiContVar>(this, env, threshold, upper, type);
 }

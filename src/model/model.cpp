@@ -146,6 +146,7 @@ void ZylModel::expand(const ZylExtractable& element, const char* first, const ch
 }
 
 ZylModel ZylModel::getClone(const ZylEnv& env) const {
+  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
   return ZylModel(static_cast<ZylModelI*>(env.getImpl()->getClone(checked("Using empty Handle"))));
 }
 

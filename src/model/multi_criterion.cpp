@@ -34,6 +34,17 @@ ZylMultiCriterionExprI* make(ZylEnvI* env, ZylNumExprArray exprs, ZylMultiCriter
   }
 }
 
+ZylMultiCriterionExprI* checkedMake(ZylEnvI* env, ZylNumExprArray exprs,
+                                    ZylMultiCriterionExprI::Type type, const char* name) {
+  for (long i = 0; i < exprs.getSize(); ++i) {
+    const ZylExtractableI* expr = exprs.getI(i);
+    if (expr == nullptr || expr->getEnv() == env) continue;
+    exprs.end();
+    ZylRaiseWrongUsage("mixing mismatch Environments");
+  }
+  return make(env, exprs, type, name);
+}
+
 ZylNumExprArray copyOf(const ZylEnv& env, const ZylNumExprArray& exprs) {
   ZylNumExprArray copy(env, 0);
   if (exprs.getImpl() != nullptr) copy.add(exprs);
@@ -65,7 +76,7 @@ ZylMultiCriterionExpr::ZylMultiCriterionExpr(const ZylEnv& env, const ZylNumExpr
                                              Type type, const char* name) {
   if (env.getImpl() == nullptr) ZylRaiseWrongUsage("ZylEnv: using empty handle");
   if (exprs.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumExprArray::EmptyText());
-  _impl = make(env.getImpl(), copyOf(env, exprs), type, name);
+  _impl = checkedMake(env.getImpl(), copyOf(env, exprs), type, name);
 }
 
 ZylNumExprArg ZylMultiCriterionExpr::getCriterion(long i) const {
@@ -91,8 +102,8 @@ template <class... Exprs>
 ZylMultiCriterionExpr staticLex(const ZylEnv& env, const Exprs&... exprs) {
   if (env.getImpl() == nullptr) ZylRaiseWrongUsage("ZylEnv: using empty handle");
   return ZylMultiCriterionExpr(
-      make(env.getImpl(), ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...),
-           ZylMultiCriterionExprI::StaticLex, nullptr));
+      checkedMake(env.getImpl(), ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...),
+                  ZylMultiCriterionExprI::StaticLex, nullptr));
 }
 
 }  // namespace

@@ -188,7 +188,10 @@ ZylObjective::ZylObjective(const ZylEnv& env, const ZylNumExprArg& expr, Sense s
 ZylObjective::ZylObjective(const ZylEnv& env, const ZylMultiCriterionExpr& criteria, Sense sense,
                            const char* name) {
   if (criteria.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty handle");
-  _impl = new (checkedEnv(env)) ZylObjectiveI(env.getImpl(), criteria.getImpl(), sense, name);
+  if (criteria.getImpl()->getEnv() != checkedEnv(env)) {
+    ZylRaiseWrongUsage("mixing mismatch Environments");
+  }
+  _impl = new (env.getImpl()) ZylObjectiveI(env.getImpl(), criteria.getImpl(), sense, name);
 }
 
 void ZylObjective::setExpr(const ZylNumExprArg& expr) const {

@@ -483,6 +483,7 @@ TEST_F(ZylAlgorithms, EmptyArgumentsRaise) {
        {"Using empty ZylExprArg.", [&] { handle.getValue(ZylNumExprArg()); }},
        {"Using empty ZylNumVarArray.", [&] { handle.getValues(ZylNumVarArray(), nums); }},
        {"Using empty ZylNumVarArray.", [&] { handle.getIntValues(ZylIntVarArray(), ints); }},
+       {"Using empty ZylNumVar handle.", [&] { handle.getValues(ZylNumVarArray(env, 2), nums); }},
        {"Using empty ZylNumArray.", [&] { handle.getValues(ZylNumVarArray(env), ZylNumArray()); }},
        {"Using empty ZylNumArray.",
         [&] { handle.getIntValues(ZylIntVarArray(env), ZylIntArray()); }}});

@@ -250,7 +250,14 @@ TEST_F(ZylArray, EmptyHandlesNameTheirClass) {
   ExpectEachRaises<ZylWrongUsage>(
       {{"Empty Handle in ZylIntArray::contains", [] { ZylIntArray().contains(1); }},
        {"Empty Handle in ZylIntArray::remove", [] { ZylIntArray().discard(1); }}});
-  EXPECT_THROW(ZylIntArray(ZylEnv(static_cast<ZylEnvI*>(nullptr))), ZylEmptyHandleException);
+  const ZylEnv none(static_cast<ZylEnvI*>(nullptr));
+  const ZylMemoryManager noManager(static_cast<ZylGenAlloc*>(nullptr));
+  ExpectEachRaises<ZylEmptyHandleException>(
+      "Using empty handle.",
+      {[&] { ZylIntArray{none}; }, [&] { ZylIntArray{noManager}; },
+       [&] { static_cast<void>(ZylNumArray(env).copy(none)); },
+       [&] { ZylNamedIntProperty(noManager, "p", 1); }, [&] { ZylNamedPropertySet{noManager}; },
+       [&] { ZylSimpleHashTable(none, 3); }});
 }
 
 #ifndef NDEBUG

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/support.h"
+#include "vorlane/vorlane.h"
 
 namespace zyl::test {
 namespace {
@@ -109,6 +110,30 @@ TEST(ZylMemory, AFailedRequestChangesNoCounter) {
       memory.free(block, size);
     }
   }
+}
+
+TEST(ZylMemory, NoSizeIsTooLargeToBeRefused) {
+  EnvFixture env;
+  ZylMemory memory(1);
+  ZylAllocationStack stack;
+  for (const unsigned long size : {~0UL, ~0UL - 7, 1UL << 63, (1UL << 63) - 1}) {
+    EXPECT_THROW(static_cast<void>(memory.alloc(static_cast<long>(size))), ZylMemoryException);
+    EXPECT_THROW(static_cast<void>(env->alloc(size)), ZylMemoryException);
+    EXPECT_THROW(static_cast<void>(stack.allocate(size)), ZylMemoryException);
+  }
+}
+
+// A class without type identity of its own: its block comes back with the size of its base.
+TEST(ZylMemory, ABlockMayComeBackWithAnotherSize) {
+  struct Raising : ZylModelI {
+    explicit Raising(ZylEnvI* env) : ZylModelI(env) { throw ZylWrongUsage("raised"); }
+    char more[500];
+  };
+  EnvFixture env;
+  ZylModel before(env.env);
+  for (int i = 0; i < 3; ++i) EXPECT_THROW(new (env.impl) Raising(env.impl), ZylWrongUsage);
+  ZylModel behind(env.env);
+  before.end();
 }
 
 // Patterns in every block against a naive list, in both modes and with another limit.

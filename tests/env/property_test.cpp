@@ -147,7 +147,8 @@ TEST_F(ZylProperties, OwnersTakeSetsOver) {
   second->addProperties(owner->getProperties());
   EXPECT_NE(second->getProperty("a"), owner->getProperty("a"));
   owner->removeAllProperties();
-  EXPECT_EQ(owner->getProperties(), nullptr);
+  EXPECT_EQ(owner->getProperties(), set.getImpl()) << "only emptied";
+  EXPECT_FALSE(owner->hasProperty("a"));
   EXPECT_EQ(second->getIntProperty("a"), 1);
 }
 
@@ -171,7 +172,7 @@ TEST_F(ZylProperties, ASetMayComeFromAnotherManager) {
   ZylStackGenAlloc manager(&stack, impl->getSymbolTable());
   Probe* owner = probe(env);
   owner->setProperties(new (&manager) ZylNamedPropertySetI(&manager));
-  owner->removeAllProperties();
+  owner->setProperties(nullptr);
   stack.reset();
   std::memset(stack.allocate(4000), 0xff, 4000);
   int target = 0;

@@ -118,5 +118,18 @@ TEST(ZylThreads, NormaliseTogether) {
   }
 }
 
+// Each `+=` asks whose a variable is while the others make the pools grow.
+TEST(ZylThreads, StateSumsTogether) {
+  EnvFixture env;
+  env->useMTSafeAllocation(1);
+  std::vector<ZylNumVarArray> x;
+  for (int t = 0; t < Threads; ++t) x.emplace_back(env.env, 10, 0.0, 1.0);
+  together([&](int t) {
+    ZylExpr sum(env.env);
+    for (int i = 0; i < 30'000; ++i) sum += 2 * x[static_cast<std::size_t>(t)][i % 10];
+  });
+  EXPECT_GT(env->getMemoryUsage(), Threads * 30'000L * 24);
+}
+
 }  // namespace
 }  // namespace zyl::test

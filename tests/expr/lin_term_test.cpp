@@ -34,6 +34,9 @@ TEST_F(LinTermTest, NormalFormStandsAtTheLastOccurrence) {
   e -= z;
   EXPECT_EQ(e.getImpl()->normalize(), 1);
   EXPECT_TRUE(DisplaysAs(e, "y  + 2 * x  + -1 * z "));
+  std::ostringstream terms;
+  terms << 2 * x << 1 * x << 0 * x;
+  EXPECT_EQ(terms.str(), "2 * x x 0 ");
   EXPECT_EQ(e.getImpl()->normalize(), 0);
 }
 

@@ -10,6 +10,7 @@
 #include "vorlane/expr/var_array.h"
 #include "vorlane/expr/variable_change.h"
 #include "vorlane/model/model.h"
+#include "vorlane/vorlane.h"
 
 namespace {
 
@@ -134,6 +135,40 @@ TEST_F(ZylVariableTest, ArraysAnnounceEachAndAll) {
   EXPECT_EQ(engine.log[3], "apply ZylSetNumVarArrayBounds");
   EXPECT_EQ(vars[2].getUB(), 6.0);
   engine.clear();
+}
+
+TEST_F(ZylVariableTest, ArraysTakeBoundsForEachOrForAll) {
+  const auto bounds = [](auto vars) {
+    std::string text;
+    for (long i = 0; i < vars.getSize(); ++i) {
+      const ZylNumVarI* v = vars[i].getImpl();
+      text += std::to_string(static_cast<long>(v->getLB())) + ".." +
+              std::to_string(static_cast<long>(v->getUB())) + " ";
+    }
+    return text;
+  };
+  const ZylNumArray ones(env, 3, 1, 1, 1);
+  const ZylNumArray two(env, 2, 7, 8);
+  const ZylIntArray zeros(env, 2L);
+  EXPECT_EQ(bounds(ZylNumVarArray(env, ones, two)), "1..7 1..8 1..0 ");
+  EXPECT_EQ(bounds(ZylNumVarArray(env, two, 9.0)), "7..9 8..9 ");
+  EXPECT_EQ(bounds(ZylNumVarArray(env, -1.0, two)), "-1..7 -1..8 ");
+  EXPECT_EQ(bounds(ZylIntVarArray(env, zeros, 4)), "0..4 0..4 ");
+  EXPECT_EQ(bounds(ZylBoolVarArray(env, zeros, 1)), "0..1 0..1 ");
+  EXPECT_EQ(bounds(ZylBoolVarArray(env, 0, ZylIntArray(env, 1, 1))), "0..1 ");
+  EXPECT_EQ(bounds(ZylSemiContVarArray(env, two, 9.0)), "0..9 0..9 ");
+  ZylSemiContVarArray semi(env, 2.0, two);
+  EXPECT_EQ(bounds(semi), "0..7 0..8 ");
+  EXPECT_EQ(semi[1].getSemiContinuousLb(), 2.0);
+}
+
+TEST_F(ZylVariableTest, AnIndicatorGoesWithItsConstraint) {
+  ZylNumVar x(env, 0, 5, "x");
+  ZylConstraint holds = x <= 3;
+  auto* indicator = new (env.getImpl()) ZylConstraintIndVarI(env.getImpl(), holds.getImpl());
+  ZylRange sum = x + ZylNumVar(indicator) >= 1;
+  holds.end();
+  EXPECT_TRUE(DisplaysAs(sum, "1 <= x  "));
 }
 
 TEST_F(ZylVariableTest, ClonesCopyTheDomainButSemiContinuousOnesDoNot) {

@@ -154,11 +154,11 @@ TEST_F(ZylRouting, TheLockIsGivenBackWhateverLeaves) {
 TEST_F(ZylRouting, AReceiverMayEndItself) {
   extractInto({algorithm("last")}, x);
   struct EndsItself : RecordingAlgorithm {
-    using RecordingAlgorithm::apply;
     using RecordingAlgorithm::RecordingAlgorithm;
-    void apply(const ZylChange&, const ZylExtractableI*) override {
+    bool doApply(const ZylChange*, void**, const ZylExtractableI*) override {
       log.push_back("ends");
       delete this;
+      return true;
     }
   };
   auto* gone = new EndsItself(impl, &log, "gone");

@@ -116,7 +116,9 @@ TEST_F(ZylModels, Texts) {
        {"trying to remove 0 extractor handle", [&] { none.remove(array); }},
        {"Using empty ZylExtractableArray handle.", [&] { model.add(ZylExtractableArray()); }},
        {"Expanding to an empty ZylModel handle.", [&] { none.expand(own); }},
-       {"trying to expand an empty extractable handle", [&] { model.expand(nothing); }}});
+       {"trying to expand an empty extractable handle", [&] { model.expand(nothing); }},
+       {"Using empty handle.",
+        [&] { static_cast<void>(model.getClone(ZylEnv(static_cast<ZylEnvI*>(nullptr)))); }}});
   const std::string added = "extractables can only be added to ZylModel of the same env";
   ExpectEachRaises<ZylWrongUsage>(
       {{added, [&] { model.add(foreign); }},

@@ -239,6 +239,13 @@ TEST_F(ZylObjectives, ClonesAreNamelessAndIndependent) {
 
 TEST_F(ZylObjectives, Texts) {
   const ZylEnv none(static_cast<ZylEnvI*>(nullptr));
+  const EnvFixture other;
+  ZylNumVar foreign(other.env);
+  ExpectEachRaises<ZylWrongUsage>(
+      "mixing mismatch Environments",
+      {[&] { ZylMinimize(env, foreign); }, [&] { ZylStaticLex(env, x, foreign); },
+       [&] { ZylDynamicLex(env, ZylNumExprArray(env, 2, x, foreign)); },
+       [&] { ZylMinimize(env, ZylStaticLex(other.env, foreign)); }});
   ExpectEachRaises<ZylWrongUsage>(
       {{"Using empty handle", [&] { ZylMinimize(none, several(1)); }},
        {"Using empty handle", [&] { ZylMaximize(env, ZylMultiCriterionExpr()); }},

@@ -30,7 +30,7 @@ class ZYL_EXPORT ZylAllocationStack {
   [[nodiscard]] void* allocate(unsigned long size) {
     if (size == 0) return _top;
     const long words = static_cast<long>(((size - 1) >> 3) | 1) + 1;
-    if (ZYL_UNLIKELY(_index + words >= _current->_start + _current->_size)) safeGoToNextPart(words);
+    if (ZYL_UNLIKELY(words >= _current->_start + _current->_size - _index)) safeGoToNextPart(words);
     void** block = _top;
     _top += words;
     _index += words;

@@ -154,8 +154,11 @@ class ArrayHandle {
   ArrayHandle() = default;
   explicit ArrayHandle(ZylArrayI* impl) noexcept : _impl(impl) {}
   ArrayHandle(const ZylEnv& env, long size) : _impl(make(env, size)) {}
-  ArrayHandle(const ZylMemoryManager& manager, long size)
-      : _impl(new (manager.getImpl()) ZylArrayI(manager.getImpl(), size)) {}
+  ArrayHandle(const ZylMemoryManager& manager, long size) {
+    ZylGenAlloc* alloc = manager.getImpl();
+    if (alloc == nullptr) ZylRaiseEmptyHandle();
+    _impl = new (alloc) ZylArrayI(alloc, size);
+  }
   static ZylArrayI* make(const ZylEnv& env, long size) {
     if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
     return new (env.getImpl()->getGenAlloc()) ZylArrayI(env.getImpl(), size);
@@ -298,7 +301,7 @@ class ZYL_EXPORT ZylAnyArray : public zyl::detail::ArrayHandle<ZylAnyArray, void
   explicit ZylAnyArray(const ZylEnv& env, long n = 0) : Base(env, n) {}
   ZylAnyArray(const ZylEnv& env, long n, void* value);
   template <class... Rest>
-    requires(std::is_pointer_v<Rest> && ...)
+    requires(std::convertible_to<Rest, void*> && ...)
   ZylAnyArray(const ZylEnv& env, long n, void* first, void* second, Rest... rest) : Base(env, 0) {
     checkLiteral(n);
     fill(n, first, second, rest...);

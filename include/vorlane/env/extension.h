@@ -83,6 +83,7 @@ struct ZYL_EXPORT Extended {
   // where there is no record yet.
   static void swapName(ZylGenAlloc* alloc, ZylExtension** extension, char** name);
   static void setObject(ZylGenAlloc* alloc, ZylExtension** extension, void* object);
+  static void removeAllProperties(const ZylExtension* extension);
   static void setProperties(ZylGenAlloc* alloc, ZylExtension** extension,
                             ZylNamedPropertySetI* properties);
   static void addProperty(ZylGenAlloc* alloc, ZylExtension** extension, ZylNamedPropertyI* property);
@@ -134,7 +135,7 @@ struct ZYL_EXPORT Extended {
   void setProperties(ZylNamedPropertySetI* properties) {                                           \
     zyl::detail::Extended::setProperties(extensionAlloc(), &_extension, properties);               \
   }                                                                                                \
-  void removeAllProperties() { setProperties(nullptr); }                                           \
+  void removeAllProperties() { zyl::detail::Extended::removeAllProperties(_extension); }           \
   void addProperty(ZylNamedPropertyI* property) {                                                  \
     zyl::detail::Extended::addProperty(extensionAlloc(), &_extension, property);                   \
   }                                                                                                \

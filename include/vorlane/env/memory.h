@@ -8,6 +8,7 @@
 #ifndef ZYL_ENV_MEMORY_H
 #define ZYL_ENV_MEMORY_H
 
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -61,10 +62,12 @@ class ZYL_EXPORT SlabSource {
       return cut(bytes);
     return takeSlow(bytes);
   }
-  /// True only if the address lies in a slab of this source; false says nothing.
+  /// True only if the address lies in a slab of this source; false says nothing. While another
+  /// thread takes, which is for one at a time, any may ask.
   bool owns(const void* address) const noexcept {
     const std::uintptr_t window = reinterpret_cast<std::uintptr_t>(address) >> WindowBits;
-    return _windows[window % Windows] == window;
+    const std::uintptr_t* windows = _windows.load(std::memory_order_acquire);
+    return __atomic_load_n(&windows[window % Windows], __ATOMIC_RELAXED) == window;
   }
 
  private:
@@ -84,7 +87,7 @@ class ZYL_EXPORT SlabSource {
   bool addSlab() noexcept;
   void back() noexcept;
 
-  const std::uintptr_t* _windows = NoWindows;
+  std::atomic<const std::uintptr_t*> _windows = NoWindows;
   Slab* _slabs = nullptr;
   // What is left of the newest slab.
   char* _bottom = nullptr;
@@ -102,6 +105,7 @@ class ZYL_EXPORT ZylAllocationList {
     long size;
     Cell* prev;
     Cell* next;
+    ZylAllocationList* list;  // a block may be given back to another list than it came from
   };
 
   /// Cells of varying size.
@@ -200,15 +204,16 @@ class ZYL_EXPORT ZylMemory {
   ZylMemory(const ZylMemory&) = delete;
   ZylMemory& operator=(const ZylMemory&) = delete;
 
-  /// Returns `size` bytes, null for 0. Raises `ZylMemoryException`; a failure changes nothing.
+  /// Returns `size` bytes, null for 0. Raises `ZylMemoryException`, also for a negative size; a
+  /// failure changes nothing.
   [[nodiscard]] void* alloc(long size) {
-    if (ZYL_UNLIKELY(size >= _limit)) return _largeList->alloc(size);
+    if (ZYL_UNLIKELY(isLarge(size))) return _largeList->alloc(size);
     if (ZYL_UNLIKELY(size == 0)) return nullptr;
     return _classes[ClassOf(size)]->alloc(this);
   }
   /// Gives back a block with the size that it was asked for with.
   void free(void* block, long size) noexcept {
-    if (ZYL_UNLIKELY(size >= _limit)) {
+    if (ZYL_UNLIKELY(isLarge(size))) {
       _largeList->free(block);
       return;
     }
@@ -234,6 +239,10 @@ class ZYL_EXPORT ZylMemory {
 
  private:
   friend class ZylFixedSizeAllocatorI;
+  // Negative sizes, which the list refuses, are the largest of all.
+  bool isLarge(long size) const noexcept {
+    return static_cast<unsigned long>(size) >= _pooledSizes;
+  }
   // No range test: sizes below the limit always have a class.
   static long ClassOf(long size) noexcept {
     const unsigned long s = static_cast<unsigned long>(size) - 1;
@@ -245,6 +254,7 @@ class ZYL_EXPORT ZylMemory {
   long _limit;
   long _classCount;
   zyl::detail::SlabSource _slabs;
+  unsigned long _pooledSizes;  // the limit, 0 for one that makes no sense
 };
 
 #endif

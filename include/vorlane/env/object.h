@@ -17,7 +17,8 @@
 #include "vorlane/env/rtti.h"
 
 // Type identity of a class of the environment ladder, with the release of a block whose constructor
-// raised; that one alone knows no object, so each class states its size.
+// raised; that one alone knows no object, so each class states its size. A class without the macro
+// gives such a block back as one of its base's size: sound, but counted as less.
 #define ZYL_TYPE_POOLED_(Class, Base, Owner, Release)                   \
  public:                                                                \
   static void* operator new(std::size_t size, Owner* owner) {           \
@@ -33,6 +34,9 @@
 #define ZYL_TYPE(Class, Base)  \
   ZYL_TYPE_ONLY(Class, Base)   \
   ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
+
+// Only the release, for a class outside the type family.
+#define ZYL_POOLED(Class, Base) ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
 
 // The same for the memory manager ladder.
 #define ZYL_TYPE_MANAGED(Class, Base) \

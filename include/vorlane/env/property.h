@@ -169,8 +169,11 @@ class ValueProperty : public ZylNamedProperty {
   using EmbeddedType = typename Impl::EmbeddedType;
   ValueProperty() = default;
   explicit ValueProperty(Impl* impl) noexcept : ZylNamedProperty(impl) {}
-  ValueProperty(const ZylMemoryManager& manager, const char* name, EmbeddedType value)
-      : ZylNamedProperty(new (manager.getImpl()) Impl(manager.getImpl(), name, value)) {}
+  ValueProperty(const ZylMemoryManager& manager, const char* name, EmbeddedType value) {
+    ZylGenAlloc* alloc = manager.getImpl();
+    if (alloc == nullptr) ZylRaiseEmptyHandle();
+    _impl = new (alloc) Impl(alloc, name, value);
+  }
   ValueProperty(const ZylEnv& env, const char* name, EmbeddedType value)
       : ValueProperty(env.getMemoryManager(), name, value) {}
   Impl* getImpl() const noexcept { return static_cast<Impl*>(_impl); }
@@ -236,8 +239,11 @@ class ZYL_EXPORT ZylNamedPropertySet {
   ZylNamedPropertySet() = default;
   explicit ZylNamedPropertySet(ZylNamedPropertySetI* impl) noexcept : _impl(impl) {}
   /// A new empty set.
-  explicit ZylNamedPropertySet(const ZylMemoryManager& manager)
-      : _impl(new (manager.getImpl()) ZylNamedPropertySetI(manager.getImpl())) {}
+  explicit ZylNamedPropertySet(const ZylMemoryManager& manager) {
+    ZylGenAlloc* alloc = manager.getImpl();
+    if (alloc == nullptr) ZylRaiseEmptyHandle();
+    _impl = new (alloc) ZylNamedPropertySetI(alloc);
+  }
   ZylNamedPropertySetI* getImpl() const noexcept { return _impl; }
   bool hasProperty(const char* name) const { return checked()->hasProperty(name); }
   ZylNamedProperty getProperty(const char* name) const {
@@ -287,7 +293,7 @@ void ZylSetPropertyValueI(Owner* owner, const char* name, typename P::EmbeddedTy
     property->setValue(value);
     return;
   }
-  ZylGenAlloc* manager = owner->getPropertyManager();
+  ZylGenAlloc* manager = owner->getMemoryManager().getImpl();
   P* property = new (manager) P(manager, name, value);
   try {
     owner->addProperty(property);

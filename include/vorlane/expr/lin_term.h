@@ -51,6 +51,9 @@ class ZYL_EXPORT TermHandle {
 
 }  // namespace zyl::detail
 
+/// Writes what a sum of this one term would. The term is not consumed.
+ZYL_EXPORT std::ostream& operator<<(std::ostream& stream, const zyl::detail::TermHandle& term);
+
 /// The value of `3.5 * x`: a term that no node owns yet, to be consumed by exactly one operator.
 class ZYL_EXPORT ZylNumLinExprTerm : public zyl::detail::TermHandle {
  public:

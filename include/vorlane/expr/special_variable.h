@@ -27,7 +27,7 @@ class ZYL_EXPORT ZylSemiContVarI final : public ZylNumVarI {
   double _threshold;
 };
 
-/// A variable of 0 and 1 that says whether a constraint holds.
+/// A variable of 0 and 1 that says whether a constraint holds. Goes with the constraint.
 class ZYL_EXPORT ZylConstraintIndVarI final : public ZylNumVarI {
   ZYL_TYPE(ZylConstraintIndVarI, ZylNumVarI)
   ZYL_CP_HOOKS(ZylConstraintIndVarI)
@@ -35,6 +35,7 @@ class ZYL_EXPORT ZylConstraintIndVarI final : public ZylNumVarI {
   ZylConstraintIndVarI(ZylEnvI* env, ZylConstraintI* constraint);
 
   ZylExtractableI* makeClone(ZylEnvI* env) const override;
+  void atRemove(ZylExtractableI* removed, void* extra) override;
   void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   ZylConstraintI* getConstraintI() const noexcept { return _constraint; }

@@ -68,6 +68,9 @@ class ZYL_EXPORT ZylBoolVarArray : public zyl::detail::HandleArray<ZylBoolVarArr
   ZYL_HANDLE_ARRAY(ZylBoolVarArray, ZylBoolVar, "n !=")
   /// `n` new variables over [lower, upper], which are not checked.
   ZylBoolVarArray(const ZylEnv& env, long n, long lower, long upper);
+  ZylBoolVarArray(const ZylEnv& env, const ZylIntArray& lower, const ZylIntArray& upper);
+  ZylBoolVarArray(const ZylEnv& env, const ZylIntArray& lower, long upper);
+  ZylBoolVarArray(const ZylEnv& env, long lower, const ZylIntArray& upper);
   /// Shares the array. Raises `ZylEmptyHandleException` for an empty element, `ZylWrongUsage` for a
   /// float variable, `ZylBadConversion` for bounds other than 0 and 1.
   explicit ZylBoolVarArray(const ZylIntVarArray& variables);
@@ -84,6 +87,10 @@ class ZYL_EXPORT ZylSemiContVarArray
   ZylSemiContVarArray(const ZylEnv& env, long n, double threshold, double upper,
                       Type type = ZylNumVar::Float);
   ZylSemiContVarArray(const ZylEnv& env, const ZylNumArray& thresholds, const ZylNumArray& upper,
+                      Type type = ZylNumVar::Float);
+  ZylSemiContVarArray(const ZylEnv& env, const ZylNumArray& thresholds, double upper,
+                      Type type = ZylNumVar::Float);
+  ZylSemiContVarArray(const ZylEnv& env, double threshold, const ZylNumArray& upper,
                       Type type = ZylNumVar::Float);
 };
 
