@@ -30,8 +30,12 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   // A root is not needed for a machine without classes of ours; the silent handler goes on.
   ZylKvlNullMessageHandler handler;
-  if (!ZylKvlCreateJVM(handler, /*redirectJavaOutput=*/false, /*requireGenerationalGC=*/false)) {
-    std::cerr << "no machine: set JAVA_HOME and VTQS_JVM_LIBRARY_OVERRIDE\n";
+  try {
+    if (!ZylKvlCreateJVM(handler, /*redirectJavaOutput=*/false, /*requireGenerationalGC=*/false)) {
+      return 1;
+    }
+  } catch (const jace::JNIException& exception) {
+    std::cerr << exception.what() << "\nno machine: set JAVA_HOME and VTQS_JVM_LIBRARY_OVERRIDE\n";
     return 1;
   }
   benchmark::RunSpecifiedBenchmarks();

@@ -121,8 +121,9 @@ TEST_F(ZylVariableTest, NarrowingIsChecked) {
   EXPECT_EQ(ZylIntVar(wide).getImpl(), wide.getImpl());
   ZylNumVarArray mixed(env, 2L, wide, x);
   EXPECT_THROW(static_cast<void>(mixed.toIntVarArray()), ZylBadConversion);
-  EXPECT_TRUE(RaisesWith<ZylEmptyHandleException>([&] { ZylNumVar().setLB(1); },
-                                                  "Using empty ZylNumVar handle."));
+  ExpectEachRaises<ZylEmptyHandleException>(
+      {{"Using empty ZylNumVar handle.", [] { ZylNumVar().setLB(1); }},
+       {"Using empty ZylNumVarArray handle.", [] { ZylNumVarArray().setNames("x"); }}});
 }
 
 TEST_F(ZylVariableTest, ArraysAnnounceEachAndAll) {

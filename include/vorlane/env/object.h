@@ -35,13 +35,13 @@
   ZYL_TYPE_ONLY(Class, Base)   \
   ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
 
-// Only the release, for a class outside the type family.
-#define ZYL_POOLED(Class, Base) ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
-
 // The same for the memory manager ladder.
 #define ZYL_TYPE_MANAGED(Class, Base) \
   ZYL_TYPE_ONLY(Class, Base)          \
   ZYL_TYPE_POOLED_(Class, Base, ZylGenAlloc, freeInManager)
+
+// Only the release, for a class outside the type family.
+#define ZYL_POOLED(Class, Base) ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
 
 namespace zyl::detail {
 inline void freeInManager(ZylGenAlloc* manager, void* block, std::size_t size) noexcept {

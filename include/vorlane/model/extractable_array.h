@@ -125,6 +125,9 @@ class HandleArray : public ZylExtractableArray {
   void remove(long first, long count = 1) const { checked()->remove(first, count); }
   void clear() const { checked()->clear(); }
   ZylEnv getEnv() const { return ZylEnv(checked()->getEnv()); }
+  long find(const ZylExtractable& object) const { return named().find(object); }
+  void setNames(const char* prefix) const { named().setNames(prefix); }
+  void endElements() const { named().endElements(); }
 
  protected:
   // As in the base, with the text of the class.
@@ -134,6 +137,11 @@ class HandleArray : public ZylExtractableArray {
   }
 
  private:
+  // The base, after the test with the text of the class.
+  const ZylExtractableArray& named() const {
+    static_cast<void>(checked());
+    return *this;
+  }
   static long checkCount(long n, long count) {
     if (n != count) raiseLiteralCount(Derived::Name(), Derived::Separator(count), count);
     return 0;
