@@ -4,11 +4,13 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -63,6 +65,13 @@ struct Options {
   std::exit(ExitUsage);
 }
 
+// The results count only if they got out.
+int finish(int status) {
+  std::cout.flush();
+  if (!std::cout) fail(std::string("standard output: ") + std::strerror(errno));
+  return status;
+}
+
 double parseNumber(const char* option, const char* text) {
   char* end = nullptr;
   const double value = std::strtod(text, &end);
@@ -92,13 +101,17 @@ Options parse(int argc, char** argv) {
       case 't': options.timeLimit = parseNumber("time-limit", optarg); break;
       case 'g': options.gap = parseNumber("gap", optarg); break;
       case 'q': options.quiet = true; break;
-      case 'h': std::cout << Help; std::exit(ExitSolved);
+      case 'h': std::cout << Help << std::flush; std::exit(finish(ExitSolved));
       case 'v':
         std::cout << "vorlane-solve " << ZylVorlaneVersion::_ZYL_MAJOR_VERSION << "."
                   << ZylVorlaneVersion::_ZYL_MINOR_VERSION << std::endl;
-        std::exit(ExitSolved);
+        std::exit(finish(ExitSolved));
       case ':': fail(std::string("option ") + argv[optind - 1] + " needs a value");
-      default: fail(std::string("unknown option ") + argv[optind - 1] + " (try --help)");
+      default:
+        // A letter among several leaves the word to be read on, so it is told by itself.
+        fail("unknown option " +
+             (optopt != 0 ? std::string("-") + static_cast<char>(optopt) : argv[optind - 1]) +
+             " (try --help)");
     }
   }
   if (optind == argc) fail("no file given (try --help)");
@@ -135,8 +148,9 @@ Statement state(const ZylEnv& env, const FileModel& file, bool relax) {
   for (std::size_t j = 0; j < file.columns.size(); ++j) {
     if (file.columns[j].cost != 0.0) cost += file.columns[j].cost * result.variables[j];
   }
+  const auto sense = file.maximize ? ZylObjective::Maximize : ZylObjective::Minimize;
   result.model.add(ZylObjective(
-      env, cost, file.maximize ? ZylObjective::Maximize : ZylObjective::Minimize, "objective"));
+      env, cost, sense, file.objective.empty() ? "objective" : file.objective.c_str()));
   cost.end();
 
   for (std::size_t i = 0; i < file.rows.size(); ++i) {
@@ -263,9 +277,8 @@ int run(const Options& options, const ZylEnv& env) {
       if (value != 0.0) print(statement.variables[j].getName(), number(value));
     }
   }
-  std::cout.flush();
-  return status == ZylAlgorithm::Unknown || status == ZylAlgorithm::Error ? ExitNoAnswer
-                                                                          : ExitSolved;
+  return finish(status == ZylAlgorithm::Unknown || status == ZylAlgorithm::Error ? ExitNoAnswer
+                                                                                 : ExitSolved);
 }
 
 }  // namespace

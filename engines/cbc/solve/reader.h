@@ -31,6 +31,7 @@ struct FileModel {
     int first;  // of its entries, which end where the next row's begin
   };
   std::string name;
+  std::string objective;  // its name
   bool maximize = false;
   double constant = 0.0;
   std::vector<Column> columns;
