@@ -356,9 +356,11 @@ void LpSurvey::term(double sign, bool first, double& constant) {
   advance();
 }
 
-// What follows on the same line belongs to what the line says, and is not understood.
+// What follows on the same line belongs to what the line says, and is not understood; a row with a
+// name may follow.
 void LpSurvey::checkLineEnd() const {
-  if (!_token.startsLine && !isSection()) refuseToken();
+  const bool begins = _token.startsLine || (_token.kind == Kind::Name && _next.kind == Kind::Colon);
+  if (!begins && !isSection()) refuseToken();
 }
 
 void LpSurvey::sum(double sign, double& constant) {

@@ -134,13 +134,13 @@ struct Statement {
 Statement state(const ZylEnv& env, const FileModel& file, bool relax) {
   Statement result{ZylModel(env, file.name.empty() ? nullptr : file.name.c_str()),
                    ZylNumVarArray(env, 0L)};
-  ZylNumVarArray integers(env, 0L);
   for (const FileModel::Column& column : file.columns) {
-    const ZylNumVar variable(env, column.lower, column.upper,
-                             column.integer ? ZylNumVar::Int : ZylNumVar::Float,
-                             column.name.c_str());
-    result.variables.add(variable);
-    if (column.integer) integers.add(variable);
+    const bool integer = column.integer && !relax;
+    // Inwards, with room for numbers that a program wrote: the variable itself takes the nearest.
+    result.variables.add(ZylNumVar(env, integer ? std::ceil(column.lower - 1e-9) : column.lower,
+                                   integer ? std::floor(column.upper + 1e-9) : column.upper,
+                                   integer ? ZylNumVar::Int : ZylNumVar::Float,
+                                   column.name.c_str()));
   }
   result.model.add(result.variables);
 
@@ -164,10 +164,6 @@ Statement state(const ZylEnv& env, const FileModel& file, bool relax) {
     sum.end();
   }
   result.terms = static_cast<long>(file.elements.size());
-  if (relax && integers.getSize() > 0) {
-    result.model.add(ZylConversion(env, integers, ZylNumVar::Float));
-  }
-  integers.end();
   return result;
 }
 
@@ -261,7 +257,7 @@ int run(const Options& options, const ZylEnv& env) {
   const ZylAlgorithm::Status status = engine.getStatus();
   print("status", status);
   print("objective", found ? number(engine.getObjValue()) : "none");
-  print("bound", number(engine.getBestBound()));
+  print("bound", status == ZylAlgorithm::Infeasible ? "none" : number(engine.getBestBound()));
   print("gap", number(engine.getGap()));
   print("variables", file.columns.size());
   print("constraints", file.rows.size());

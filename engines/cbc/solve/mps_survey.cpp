@@ -70,7 +70,13 @@ class MpsSurvey {
   [[nodiscard]] long getLine() const { return _lines.getNumber(); }
 
  private:
-  enum Side : unsigned char { Lower = 1, Upper = 2, Both = 3 };
+  // What the file has said of a column, in whatever order.
+  struct Limits {
+    double lower = 0.0;
+    double upper = 0.0;
+    bool hasLower = false;
+    bool hasUpper = false;
+  };
 
   [[noreturn]] void refuse(const std::string& what) const {
     throw LineError(_lines.getNumber(), what);
@@ -104,12 +110,12 @@ class MpsSurvey {
   NameTable _rows;
   NameTable _columns;
   int _objective = -1;
-  std::vector<char> _types;             // of rows
-  std::vector<int> _lastColumn;         // that has an entry in a row
-  std::vector<unsigned char> _given;    // bits of row sides: 1 right-hand side, 2 range
-  std::vector<unsigned char> _bounded;  // sides of columns that have a bound
-  bool _integer = false;                // between the markers
-  bool _written = true;                 // the last column stands in the copy
+  std::vector<char> _types;           // of rows
+  std::vector<int> _lastColumn;       // that has an entry in a row
+  std::vector<unsigned char> _given;  // bits of row sides: 1 right-hand side, 2 range
+  std::vector<Limits> _limits;
+  bool _integer = false;  // between the markers
+  bool _written = true;   // the last column stands in the copy
   std::string _rowText, _columnText, _rhsText, _rangeText, _boundText;
 };
 
@@ -319,7 +325,7 @@ void MpsSurvey::columnLine(const Card& card) {
     if (_columns.find(card.name) >= 0) refuse("a second column " + quoted(card.name));
     finishColumn();
     _columns.add(card.name);
-    _bounded.push_back(0);
+    _limits.emplace_back();
     _written = false;
   }
   entry(card.first, card.value);
@@ -360,18 +366,31 @@ void MpsSurvey::boundLine(const Card& card) {
   checkSet(card.name);
   const int column = _columns.find(card.first);
   if (column < 0) refuse("unknown column " + quoted(card.first));
-  const bool lower = type != "UP" && type != "UI" && type != "PL";
-  const bool upper = type != "LO" && type != "LI" && type != "MI";
-  const auto sides = static_cast<unsigned char>((lower ? Lower : 0) | (upper ? Upper : 0));
-  unsigned char& bounded = _bounded[static_cast<std::size_t>(column)];
-  if ((bounded & sides) != 0) refuse("a second bound of column " + quoted(card.first));
-  bounded = static_cast<unsigned char>(bounded | sides);
+  const bool integer = type == "UI" || type == "LI";
+  if (integer) {
+    // The reader takes these for other bounds where they are negative.
+    type = type == "UI" ? "UP" : "LO";
+    _survey.integers.push_back(static_cast<std::size_t>(column));
+  }
+  const bool lower = type != "UP" && type != "PL";
+  const bool upper = type != "LO" && type != "MI";
+  Limits& limits = _limits[static_cast<std::size_t>(column)];
+  if ((lower && limits.hasLower) || (upper && limits.hasUpper)) {
+    refuse("a second bound of column " + quoted(card.first));
+  }
   double value = 0.0;
   if (needsValue(type)) {
-    value = number(card.value, /*canBeInfinite=*/type != "UI" && type != "LI");
+    value = number(card.value, /*canBeInfinite=*/true);
     if ((lower && value == HUGE_VAL) || (upper && value == -HUGE_VAL)) {
       refuse(quoted(card.value) + ": number out of range");
     }
+  }
+  if (lower) limits.lower = type == "LO" || type == "FX" ? value : -HUGE_VAL;
+  if (upper) limits.upper = type == "UP" || type == "FX" ? value : HUGE_VAL;
+  limits.hasLower = limits.hasLower || lower;
+  limits.hasUpper = limits.hasUpper || upper;
+  if (limits.hasLower && limits.hasUpper && limits.lower > limits.upper) {
+    refuse("the bounds of column " + quoted(card.first) + " exclude each other");
   }
   const bool infinite = std::isinf(value);
   _boundText += ' ';

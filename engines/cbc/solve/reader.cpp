@@ -48,6 +48,16 @@ class Complaints : public CoinMessageHandler {
   std::string _first;
 };
 
+void checkCharacters(std::string_view text, long& line) {
+  for (const char c : text) {
+    if (c == '\n') ++line;
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte < 0x20 && std::isspace(byte) == 0) || byte == 0x7f) {
+      throw LineError(line, "not a text file");
+    }
+  }
+}
+
 std::string readFile(const std::string& path) {
   struct stat info {};
   if (stat(path.c_str(), &info) != 0) throw ReadError(std::strerror(errno));
@@ -63,22 +73,15 @@ std::string readFile(const std::string& path) {
   std::string text;
   std::vector<char> buffer(1U << 18U);
   int count = 0;
+  long line = 1;
   while ((count = input->read(buffer.data(), static_cast<int>(buffer.size()))) > 0) {
-    text.append(buffer.data(), static_cast<std::size_t>(count));
+    // At once, for what is no text may have no end either.
+    const std::string_view block(buffer.data(), static_cast<std::size_t>(count));
+    checkCharacters(block, line);
+    text.append(block);
   }
   if (count < 0) throw ReadError("is damaged");
   return text;
-}
-
-void checkCharacters(std::string_view text) {
-  long line = 1;
-  for (const char c : text) {
-    if (c == '\n') ++line;
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte < 0x20 && std::isspace(byte) == 0) || byte == 0x7f) {
-      throw LineError(line, "not a text file");
-    }
-  }
 }
 
 // The word that opens the file, behind empty lines and the comments of either format.
@@ -187,13 +190,15 @@ FileModel take(Reader& reader, const Survey& survey, double constant) {
   if (columns != survey.columns.size() || rows + survey.freeRows != survey.rows.size()) {
     raiseMisread("sizes differ");
   }
+  std::vector<bool> isInteger(columns, false);
+  for (const std::size_t index : survey.integers) isInteger[index] = true;
   model.columns.reserve(columns);
   for (std::size_t j = 0; j < columns; ++j) {
     const int column = static_cast<int>(j);
     const std::size_t index = indexOf(reader.columnName(column), 'x', columns);
     model.columns.push_back({std::string(survey.columns[index]), bound(reader.getColLower()[j]),
                              bound(reader.getColUpper()[j]), reader.getObjCoefficients()[j],
-                             reader.isInteger(column)});
+                             isInteger[index] || reader.isInteger(column)});
   }
   const CoinPackedMatrix* matrix = reader.getMatrixByRow();
   model.rows.reserve(rows);
@@ -248,7 +253,6 @@ FileModel readModel(const std::string& path) {
   const std::string file = readFile(path);
   std::string_view text = file;
   if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);
-  checkCharacters(text);
   const std::string word = firstWord(text);
   const bool isMps = word == "NAME" || word == "ROWS" || word == "OBJSENSE";
   const Survey survey = isMps ? surveyMps(text) : surveyLp(text);

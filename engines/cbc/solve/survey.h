@@ -28,6 +28,7 @@ struct Survey {
   std::size_t freeRows = 0;               // of these, left out by the reader
   std::size_t terms = 0;                  // non-zero ones in the rows that are not free
   std::map<std::size_t, double> lower;    // of rows with two sides, of which the copy has the upper
+  std::vector<std::size_t> integers;      // columns that the copy does not tell to be so
 };
 
 /// Surveys a file in free or fixed MPS format. Raises `ReadError`, with the line.
