@@ -276,6 +276,7 @@ refuses 'bad limit' 'time-limit' --time-limit soon "$work/good.mps"
 refuses 'missing value' 'needs a value' --gap
 
 refuses 'letters' 'unknown option -x' -xy "$work/good.mps"
+refuses 'value' 'unknown option --quiet=3' --quiet=3 "$work/good.mps"
 refuses 'device' 'not a regular file' /dev/zero
 for arguments in --help --version "$work/good.mps"; do
   "$solve" $arguments >/dev/full 2>"$work/err"

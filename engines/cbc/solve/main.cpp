@@ -81,6 +81,13 @@ double parseNumber(const char* option, const char* text) {
   return value;
 }
 
+// The option that was not understood. `word` has been left behind, unless it is a letter among
+// several, which is known by itself alone.
+std::string unknownOption(const char* word) {
+  if (optopt == 0 || std::strncmp(word, "--", 2) == 0) return word;
+  return std::string("-") + static_cast<char>(optopt);
+}
+
 Options parse(int argc, char** argv) {
   static const option table[] = {{"print-model", no_argument, nullptr, 'p'},
                                  {"solution", no_argument, nullptr, 's'},
@@ -107,11 +114,7 @@ Options parse(int argc, char** argv) {
                   << ZylVorlaneVersion::_ZYL_MINOR_VERSION << std::endl;
         std::exit(finish(ExitSolved));
       case ':': fail(std::string("option ") + argv[optind - 1] + " needs a value");
-      default:
-        // A letter among several leaves the word to be read on, so it is told by itself.
-        fail("unknown option " +
-             (optopt != 0 ? std::string("-") + static_cast<char>(optopt) : argv[optind - 1]) +
-             " (try --help)");
+      default: fail("unknown option " + unknownOption(argv[optind - 1]) + " (try --help)");
     }
   }
   if (optind == argc) fail("no file given (try --help)");
