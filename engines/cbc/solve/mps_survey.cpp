@@ -67,7 +67,6 @@ class MpsSurvey {
 
   Survey run();
   [[nodiscard]] bool saysFree() const { return _saysFree; }
-  [[nodiscard]] long getLine() const { return _lines.getNumber(); }
 
  private:
   // What the file has said of a column, in whatever order.
