@@ -242,6 +242,7 @@ BOUNDS
  UI BND L9 -2.5
  LI BND L9 -3.2
 ENDATA
+whatever follows
 MPS
 answers empty.lp Optimal 0 ' (0 ,' <<<'min st x >= 2
 end'

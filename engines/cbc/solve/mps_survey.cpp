@@ -431,8 +431,8 @@ void MpsSurvey::data(std::string_view line) {
 Survey MpsSurvey::run() {
   std::string_view line;
   while (_lines.next(line)) {
+    if (_section == Section::End) break;  // what follows is not part of the model
     if (line.empty() || line[0] == '*' || trimmed(line).empty()) continue;
-    if (_section == Section::End) refuse("text behind ENDATA");
     if (isBlank(line[0])) {
       data(line);
     } else {
