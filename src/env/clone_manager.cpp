@@ -1,6 +1,8 @@
 #include "vorlane/env/clone_manager.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 #include "vorlane/algorithm/expander.h"
 #include "vorlane/model/extractable.h"
@@ -9,6 +11,9 @@ ZylCloneManager::~ZylCloneManager() {
   delete _clones;
   delete _cloned;
   delete _originals;
+  delete _cloneIds;
+  delete _older;
+  delete _newest;
 }
 
 long ZylCloneManager::lock() noexcept {
@@ -32,10 +37,45 @@ void ZylCloneManager::clear() {
 void ZylCloneManager::clearLevel(long level) {
   level = std::max(level, 0L);
   if (level >= lockLevel()) return;
-  for (long i = level; i < _cloned->getSize(); ++i) {
+  for (long i = _cloned->getSize() - 1; i >= level; --i) {
     _clones->element<ZylExtractableI*>(_cloned->element<long>(i)) = nullptr;
+    const long cloneId = _cloneIds->element<long>(i);
+    if (cloneId >= 0) newestOf(cloneId) = _older->element<long>(i);
   }
   _cloned->truncate(level);
+  _cloneIds->truncate(level);
+  _older->truncate(level);
+}
+
+// Multiplicative hashing (Knuth 1973): ids of clones may lie apart by a power of two.
+long& ZylCloneManager::newestOf(long cloneId) const noexcept {
+  const int bits = std::countr_zero(static_cast<std::uint64_t>(_newest->getSize()));
+  const std::uint64_t product = static_cast<std::uint64_t>(cloneId) * 0x9E3779B97F4A7C15U;
+  return _newest->element<long>(static_cast<long>(product >> (64 - bits)));
+}
+
+void ZylCloneManager::link(long entry) const noexcept {
+  const long cloneId = _cloneIds->element<long>(entry);
+  if (cloneId < 0) return;
+  long& newest = newestOf(cloneId);
+  _older->element<long>(entry) = newest;
+  newest = entry + 1;
+}
+
+// Behind this, `room` entries have their places, and a bucket each.
+void ZylCloneManager::growIndex(long room) {
+  ZylGenAlloc* manager = _env->getGenAlloc();
+  if (_cloneIds == nullptr) _cloneIds = new (manager) ZylArrayI(_env, 0L);
+  if (_older == nullptr) _older = new (manager) ZylArrayI(_env, 0L);
+  _cloneIds->grow(room);
+  _older->grow(room);
+  const auto buckets =
+      static_cast<long>(std::bit_ceil(static_cast<std::uint64_t>(std::max(room, 16L))));
+  if (_newest != nullptr && _newest->getSize() >= buckets) return;
+  auto* newest = new (manager) ZylArrayI(_env, buckets);
+  delete _newest;
+  _newest = newest;
+  for (long i = 0; i < lockLevel(); ++i) link(i);
 }
 
 bool ZylCloneManager::knows(const ZylExtractableI* object) const noexcept {
@@ -47,10 +87,21 @@ bool ZylCloneManager::knows(const ZylExtractableI* object) const noexcept {
 
 // The object may be an original, or a clone, of which only a locked memo keeps any.
 void ZylCloneManager::forget(const ZylExtractableI* object) noexcept {
-  if (knows(object)) _clones->element<ZylExtractableI*>(object->getId()) = nullptr;
-  for (long i = 0; i < lockLevel(); ++i) {
-    ZylExtractableI*& clone = _clones->element<ZylExtractableI*>(_cloned->element<long>(i));
+  if (lockLevel() == 0) return;
+  const long id = object->getId();
+  if (knows(object)) _clones->element<ZylExtractableI*>(id) = nullptr;
+  for (long* link = &newestOf(id); *link != 0;) {
+    const long entry = *link - 1;
+    long& older = _older->element<long>(entry);
+    if (_cloneIds->element<long>(entry) != id) {
+      link = &older;
+      continue;
+    }
+    // The original may have been given another clone since.
+    ZylExtractableI*& clone = _clones->element<ZylExtractableI*>(_cloned->element<long>(entry));
     if (clone == object) clone = nullptr;
+    _cloneIds->element<long>(entry) = -1;
+    *link = older;
   }
 }
 
@@ -89,6 +140,7 @@ void ZylCloneManager::makeRoom(long id) {
   const Suspended suspended(_env);
   const long room = std::max(needed, 2 * _room);
   _cloned->grow(room);
+  growIndex(room);
   _room = room;
 }
 
@@ -96,7 +148,11 @@ void ZylCloneManager::setClone(const ZylExtractableI* object, ZylExtractableI* c
   const long id = object->getId();
   if (id < 0) return;  // finished
   makeRoom(id);
+  const long entry = _cloned->getSize();
   _cloned->append<long>(id);
+  _older->append<long>(0);
+  _cloneIds->append<long>(clone != nullptr && clone->getEnv() == _env ? clone->getId() : -1);
+  link(entry);
   _originals->element<const ZylExtractableI*>(id) = object;
   _clones->element<ZylExtractableI*>(id) = clone;
 }

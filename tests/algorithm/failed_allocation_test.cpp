@@ -135,7 +135,7 @@ TEST_P(FailedAllocations, ChangeNothing) {
     // A failure may leave something ready for the next attempt, but not each time.
     long growth = 0;
     bool failed = true;
-    for (int again = 0; failed && again < 5; ++again) {
+    for (int again = 0; failed && again < 10; ++again) {
       w.useUp();
       const long usage = w.usage();
       failed = fails(edit, w, request);

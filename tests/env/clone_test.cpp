@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+#include <vector>
+
 #include "support/probe.h"
 #include "support/support.h"
 #include "vorlane/vorlane.h"
@@ -101,6 +105,77 @@ TEST_F(ZylCloning, ALockedMemoForgetsAClonesEnd) {
   cloneOf(leaf)->end();
   EXPECT_FALSE(target->hasClone(leaf));
   target->unlockCloning();
+}
+
+// Deaths of originals and of clones, several originals with one clone, originals with a second
+// clone, and levels, against a plain list.
+TEST_F(ZylCloning, ALockedMemoAgreesWithAList) {
+  struct Entry {
+    Probe* original;
+    ZylExtractableI* clone;
+  };
+  const auto isOf = [](const Probe* object) {
+    return [object](const Entry& e) { return e.original == object || e.clone == object; };
+  };
+  for (unsigned seed = 1; seed <= 20; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    const auto pick = [&](auto& from) { return from.begin() + random() % from.size(); };
+    std::vector<Probe*> originals;
+    std::vector<Probe*> clones;
+    std::vector<Entry> known;
+    std::vector<std::pair<long, std::vector<Entry>>> levels;
+    target->lockCloning();
+    for (int step = 0; step < 600; ++step) {
+      // Every other original is of the memo's own environment, where it may die.
+      while (originals.size() < 20) originals.push_back(probe(random() % 2 == 0 ? env : other));
+      Probe* original = *pick(originals);
+      const long action = static_cast<long>(random() % 8);
+      if (action < 4) {
+        const auto entry = std::find_if(known.begin(), known.end(),
+                                        [&](const Entry& e) { return e.original == original; });
+        const bool given = action == 3 && !clones.empty();
+        if (given || entry == known.end()) {
+          // One entry for each id; a level does not bring back what was displaced.
+          const auto sameId = [&](const Entry& e) {
+            return e.original->getId() == original->getId();
+          };
+          if (std::erase_if(known, sameId) != 0) levels.clear();
+          if (given) {
+            known.push_back({original, *pick(clones)});
+            target->setClone(original, known.back().clone);
+          } else {
+            known.push_back({original, cloneOf(original)});
+            clones.push_back(static_cast<Probe*>(known.back().clone));
+          }
+        }
+      } else if (action == 4 || (action == 5 && !clones.empty())) {
+        auto& from = action == 4 ? originals : clones;
+        const auto dead = pick(from);
+        if ((*dead)->getEnv() != target) continue;  // those must live as long as the memo
+        std::erase_if(known, isOf(*dead));
+        for (auto& level : levels) std::erase_if(level.second, isOf(*dead));
+        (*dead)->end();
+        from.erase(dead);
+      } else if (action == 6) {
+        levels.emplace_back(target->lockCloningLevel(), known);
+      } else if (!levels.empty()) {
+        target->unlockCloningLevel(levels.back().first);
+        known = levels.back().second;
+        levels.pop_back();
+      }
+      for (Probe* o : originals) {
+        const auto entry = std::find_if(known.begin(), known.end(),
+                                        [o](const Entry& e) { return e.original == o; });
+        ASSERT_EQ(target->hasClone(o), entry != known.end()) << "step " << step;
+        if (entry != known.end()) {
+          ASSERT_EQ(target->getClone(o), entry->clone);
+        }
+      }
+    }
+    target->unlockCloning();
+    for (Probe* o : originals) EXPECT_FALSE(target->hasClone(o));
+  }
 }
 
 TEST_F(ZylCloning, OriginalsAreKnownByMoreThanTheirIds) {

@@ -42,6 +42,9 @@ class ZYL_EXPORT ZylCloneManager {
  private:
   bool knows(const ZylExtractableI* object) const noexcept;
   void makeRoom(long id);
+  void growIndex(long room);
+  long& newestOf(long cloneId) const noexcept;
+  void link(long entry) const noexcept;
   ZylExtractableI* makeClone(const ZylExtractableI* object);
 
   ZylEnvI* _env;
@@ -53,6 +56,11 @@ class ZYL_EXPORT ZylCloneManager {
   ZylExpanderI* _expander = nullptr;
   // By id: the original. Ids tell objects of one environment apart, and originals come from any.
   ZylArrayI* _originals = nullptr;
+  // The entries of `_cloned` by the clone's id, for its death: chains in hashed buckets, the newest
+  // entry in front. An entry leaves its chain when its clone dies or the memo is cut, newest first.
+  ZylArrayI* _cloneIds = nullptr;  // by entry: -1 if it is in no chain
+  ZylArrayI* _older = nullptr;     // by entry: the next one in its chain, plus 1, or 0
+  ZylArrayI* _newest = nullptr;    // by bucket: the front of the chain, plus 1, or 0
 };
 
 #endif
