@@ -29,7 +29,7 @@ class ZYL_EXPORT ZylCloneManager {
   bool hasClone(const ZylExtractableI* object) const;
   void setClone(const ZylExtractableI* object, ZylExtractableI* clone);
   /// Returns the clone, making it first if there is none. What `makeClone` raises passes on, with
-  /// the lock as it was.
+  /// the lock as it was; clones of parts that were made by then stay.
   ZylExtractableI* getClone(const ZylExtractableI* object);
   /// Makes the id a valid index.
   void setMaxId(long id);

@@ -234,7 +234,9 @@ class ZYL_EXPORT ZylEnvI {
   // --- cloning ---------------------------------------------------------------------------------
 
   /// Returns the clone of `object` in this environment, making it at most once for each outermost
-  /// call or lock. Null for null.
+  /// call or lock. Null for null. If a part cannot be cloned, the clones finished before it stay
+  /// in this environment, unused: a class may answer with an object that was there already, so
+  /// none of them is known to be this call's own.
   ZylExtractableI* getClone(const ZylExtractableI* object);
   bool hasClone(const ZylExtractableI* object) const;
   void setClone(const ZylExtractableI* object, ZylExtractableI* clone);
