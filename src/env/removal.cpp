@@ -86,6 +86,16 @@ void asCounted(ZylExtractableI* object, Use use) {
   }
 }
 
+// An id is good in its own environment only: elsewhere it is a stranger's.
+void checkEnv(const ZylEnvI* env, const ZylExtractableI* object) {
+  if (object->getEnv() != env) throw ZylEnvironmentMismatch();
+}
+void checkEnv(const ZylEnvI* env, const ZylExtractableArray& objects) {
+  for (long i = 0; i < objects.getSize(); ++i) {
+    if (objects.getI(i) != nullptr) checkEnv(env, objects.getI(i));
+  }
+}
+
 // Its owners may die later in this removal, and will release it.
 void expectReleases(ZylRecycleBinI* bin, ZylExtractableI* object) {
   asCounted(object, [bin](auto* counted) {
@@ -196,6 +206,7 @@ void ZylEnvI::destroyBatch() {
 }
 
 void ZylEnvI::removeFromAll(ZylExtractableI* object) {
+  checkEnv(this, object);
   if (isMarked(object)) return;
   const KeptObject kept(object);
   if (_recycleBin != nullptr) {
@@ -259,6 +270,7 @@ class MarkedArray {
 
 void ZylEnvI::removeFromAll(ZylExtractableArray objects) {
   if (objects.getSize() == 0) return;
+  checkEnv(this, objects);
   {
     MarkedArray marks(this, objects);
     const long maxId = _idManager->getMaxId();
@@ -278,6 +290,7 @@ void ZylEnvI::removeFromAllAndDestroy(ZylExtractableI* object, long flag) {
     removeAndDelete(object, flag);
     return;
   }
+  checkEnv(this, object);
   if (_recycleBin != nullptr) {
     _recycleBin->add(object);
     return;
@@ -293,6 +306,7 @@ void ZylEnvI::removeFromAllAndDestroy(ZylExtractableArray objects, long flag) {
     removeAndDelete(objects, flag);
     return;
   }
+  checkEnv(this, objects);
   if (_recycleBin != nullptr) {
     for (long i = 0; i < objects.getSize(); ++i) {
       if (objects.getI(i) != nullptr) _recycleBin->add(objects.getI(i));

@@ -164,6 +164,9 @@ void ZylExtractableArray::replaceByClone(ZylEnvI* env) {
 
 void ZylExtractableArray::endElements() const {
   ZylEnvI* env = checked()->getEnv();
+  for (long i = 0; i < getSize(); ++i) {
+    if (getI(i) != nullptr && getI(i)->getEnv() != env) throw ZylEnvironmentMismatch();
+  }
   struct Others : ZylExtractableArray {
     using ZylExtractableArray::ZylExtractableArray;
     ~Others() { end(); }

@@ -303,6 +303,26 @@ TEST_F(ZylRemoval, AFailedAllocationHidesNoExpression) {
   }
 }
 
+// An id means a stranger in another environment.
+TEST_F(ZylRemoval, RefusesObjectsOfAnotherEnvironment) {
+  EnvFixture fixture;
+  const ZylNumVar x(env, 0, 1);
+  const ZylNumExpr held = ZylAbs(x);
+  Probe* own = probe(env);
+  Probe* stranger = probe(fixture.env);
+  const ZylExtractableArray array(env, 3, held, ZylExtractable(own), ZylExtractable(stranger));
+  ExpectEachRaises<ZylEnvironmentMismatch>(
+      "Environment mismatch",
+      {[&] { array.endElements(); }, [&] { impl->removeFromAll(array); },
+       [&] { impl->removeFromAllAndDestroy(array, 0); }, [&] { impl->removeFromAll(stranger); },
+       [&] { impl->removeFromAllAndDestroy(stranger, 0); }});
+  EXPECT_EQ(array.getSize(), 3);
+  EXPECT_EQ(held.getImpl()->getCount(), 1);
+  EXPECT_TRUE(isLive(own, own->getId()));
+  EXPECT_EQ(fixture->getIdManager()->getLive(stranger->getId()), stranger);
+  expectUsable();
+}
+
 // A plug-in that cleans up while it hears of a removal must leave nothing behind either.
 TEST_F(ZylRemoval, WhatReceiversEndIsRemovedFromAll) {
   static Probe* second;

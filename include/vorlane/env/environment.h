@@ -161,7 +161,8 @@ class ZYL_EXPORT ZylEnvI {
   void removeFromAll(ZylExtractableArray objects);
   /// Takes objects out of all that refers to them, and deletes them with what depended on them, last
   /// marked first; each batch is announced before any of it dies. `flag` is for a deleter. The
-  /// array form clears the array.
+  /// array form clears the array. Like `removeFromAll`, raises `ZylEnvironmentMismatch` for what is
+  /// of another environment, before anything happens.
   void removeFromAllAndDestroy(ZylExtractableI* object, long flag);
   void removeFromAllAndDestroy(ZylExtractableArray objects, long flag);
   /// Frees the object's id and deletes it without telling anybody. Nothing for null.

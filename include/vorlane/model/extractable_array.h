@@ -56,6 +56,7 @@ class ZYL_EXPORT ZylExtractableArray {
   /// for an empty `env`. The old array stays as it was.
   void replaceByClone(ZylEnvI* env);
   /// Ends all elements in one removal, counted expressions by their counts, and clears the array.
+  /// Raises `ZylEnvironmentMismatch`, before anything else, for an element of another environment.
   void endElements() const;
 
   static const char* EmptyText() { return "Using empty ZylExtractableArray handle."; }
