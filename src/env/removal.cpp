@@ -239,31 +239,66 @@ void ZylEnvI::removeFromAll(ZylExtractableI* object) {
 
 namespace {
 
-/// Marks and keeps the elements of an array, and gives them their slots back whatever leaves.
+/// Marks and keeps the elements of an array, and gives them their slots back whatever leaves. What
+/// joins the array later is kept only, so what goes by no count may die: then it leaves the array.
 class MarkedArray {
  public:
-  MarkedArray(ZylEnvI* env, const ZylExtractableArray& objects) : _env(env), _objects(objects) {
-    for (long i = 0; i < objects.getSize(); ++i) {
-      ZylExtractableI* object = objects.getI(i);
-      if (object == nullptr || object->getId() == -1) continue;
-      keep(object);
-      env->getIdManager()->mark(object->getId());
+  MarkedArray(ZylEnvI* env, const ZylExtractableArray& objects)
+      : _env(env), _objects(objects), _taken(ZylEnv(env)) {
+    try {
+      _ids = ZylIntArray(ZylEnv(env));
+      takeNew(/*marks=*/true);
+    } catch (...) {
+      giveBack();
+      throw;
     }
   }
-  ~MarkedArray() {
-    for (long i = 0; i < _objects.getSize(); ++i) {
-      ZylExtractableI* object = _objects.getI(i);
-      if (object == nullptr || object->getId() == -1) continue;
-      _env->getIdManager()->set(object->getId(), object);
-      letGo(object);
-    }
-  }
+  ~MarkedArray() { giveBack(); }
   MarkedArray(const MarkedArray&) = delete;
   MarkedArray& operator=(const MarkedArray&) = delete;
 
+  void keepJoined() { takeNew(/*marks=*/false); }
+
  private:
+  void takeNew(bool marks) {
+    for (; _seen < _objects.getSize(); ++_seen) {
+      ZylExtractableI* object = _objects.getI(_seen);
+      if (object == nullptr || object->getId() == -1) continue;
+      checkEnv(_env, object);
+      // What the removal around this one has marked stays hidden, and dies.
+      if (_env->getRecycleBin() != nullptr && _env->isMarked(object)) continue;
+      _ids.add(object->getId());
+      _taken.addI(object);
+      keep(object);
+      if (marks) _env->getIdManager()->mark(object->getId());
+    }
+  }
+  void giveBack() {
+    ZylIdManager* ids = _env->getIdManager();
+    for (long i = 0; i < _taken.getSize(); ++i) {
+      ZylExtractableI* object = _taken.getI(i);
+      // Whatever is marked lives.
+      if (ids->isMarked(_ids[i])) ids->set(_ids[i], object);
+      if (ids->getLive(_ids[i]) == object) {
+        letGo(object);
+      } else {
+        forget(object);
+      }
+    }
+    _taken.end();
+    _ids.end();
+  }
+  void forget(const ZylExtractableI* object) {
+    for (long i = 0; i < _objects.getSize(); ++i) {
+      if (_objects.getI(i) == object) _objects[i] = ZylExtractable();
+    }
+  }
+
   ZylEnvI* _env;
   ZylExtractableArray _objects;
+  ZylExtractableArray _taken;
+  ZylIntArray _ids;  // theirs: what has died cannot be asked
+  long _seen = 0;
 };
 
 }  // namespace
@@ -279,6 +314,7 @@ void ZylEnvI::removeFromAll(ZylExtractableArray objects) {
       before = objects.getSize();
       for (long id = 0; id < maxId && id < _idManager->getCapacity(); ++id) {
         if (ZylExtractableI* object = _idManager->getLive(id)) object->atRemove(nullptr, nullptr);
+        marks.keepJoined();
       }
     } while (objects.getSize() != before);
   }

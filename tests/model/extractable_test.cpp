@@ -323,6 +323,64 @@ TEST_F(ZylRemoval, RefusesObjectsOfAnotherEnvironment) {
   expectUsable();
 }
 
+// What joins is neither lost with its holder nor released by more than was taken; what ends by
+// itself is listed no more.
+TEST_F(ZylRemoval, ElementsMayJoinDuringTheScan) {
+  static ZylExtractableArray array;
+  static ZylRangeI *dying, *staying;
+  static Probe* ending;
+  const ZylNumVar x(env, 0, 1);
+  dying = ZylRange(env, 0, ZylMax(x, 1.0) + ZylAbs(x), 5).getImpl();
+  staying = ZylRange(env, 0, ZylMax(x, 2.0) + ZylAbs(x), 5).getImpl();
+  ending = probe(env);
+  ZylNumExprI* orphan = dying->getExprI();
+  Probe* watcher = probe(env);
+  watcher->onAtRemove = [] {
+    if (array.getSize() > 1) return;
+    array.addI(dying->getExprI());
+    array.addI(staying->getExprI());
+    array.addI(ending);
+  };
+  probe(env)->onAtRemove = [] {
+    Probe* once = std::exchange(ending, nullptr);
+    if (once == nullptr) return;
+    dying->end();
+    once->end();
+  };
+  array = ZylExtractableArray(env, 1, ZylExtractable(probe(env)));
+  impl->removeFromAll(array);
+  watcher->onAtRemove = nullptr;
+  EXPECT_TRUE(isLive(orphan, orphan->getId()));
+  EXPECT_EQ(orphan->getCount(), 0);
+  EXPECT_TRUE(isLive(staying, staying->getId()));
+  EXPECT_EQ(staying->getExprI()->getCount(), 1);
+  ASSERT_EQ(array.getSize(), 4);
+  EXPECT_EQ(array.getI(3), nullptr);
+  expectUsable();
+}
+
+// Inside another removal, which has marked an element already: it must not enter the bin again.
+TEST_F(ZylRemoval, AnArrayKeepsNothingThatDiesAroundIt) {
+  static ZylExtractableArray array;
+  Probe* leaf = probe(env, "leaf");
+  Probe* user = probe(env, "user", leaf);
+  Probe* kept = probe(env, "kept");
+  const long id = kept->getId();
+  array = ZylExtractableArray(env, 2, ZylExtractable(user), ZylExtractable(kept));
+  Probe* watcher = probe(env);
+  watcher->onAtRemove = [] {
+    if (array.getSize() == 0) return;
+    const ZylExtractableArray objects = array;
+    array = ZylExtractableArray(objects.getEnv());
+    objects.getI(1)->getEnv()->removeFromAll(objects);
+  };
+  leaf->end();
+  watcher->onAtRemove = nullptr;
+  EXPECT_EQ(Probe::Died, (Names{"user", "leaf"}));
+  EXPECT_TRUE(isLive(kept, id));
+  expectUsable();
+}
+
 // A plug-in that cleans up while it hears of a removal must leave nothing behind either.
 TEST_F(ZylRemoval, WhatReceiversEndIsRemovedFromAll) {
   static Probe* second;
