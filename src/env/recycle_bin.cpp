@@ -34,6 +34,11 @@ void ZylRecycleBinI::add(ZylExtractableI* object) {
   _env->getIdManager()->mark(object->getId());
 }
 
+void ZylRecycleBinI::makeRoom(long count) {
+  const ZylExtractableArray& entered = isReleasing() ? _arrivals : _marked;
+  entered.getImpl()->grow(entered.getSize() + count);
+}
+
 namespace {
 
 /// The elements of an array from one on, in an array of their own.

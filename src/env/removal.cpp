@@ -6,6 +6,10 @@
 //   1. every object in the bin's first array is marked, and was announced before it dies;
 //   2. what is still in that array when an exception leaves is alive, and gets its slot back.
 
+#include <algorithm>
+#include <utility>
+
+#include "env/life_watch.h"
 #include "vorlane/constraint/for_all.h"
 #include "vorlane/env/clone_manager.h"
 #include "vorlane/env/environment.h"
@@ -36,6 +40,39 @@ class ZylEnvI::RemovalScope {
   ZylRecycleBinI _bin;
 };
 
+/// A caller's array whose elements die in a removal: it lists none that is dead, whatever leaves.
+class ZylEnvI::DyingArray {
+ public:
+  /// Enters the elements into the bin, which is empty.
+  DyingArray(ZylEnvI* env, const ZylExtractableArray& objects)
+      : _objects(objects), _places(ZylEnv(env)) {
+    try {
+      for (long i = 0; i < objects.getSize(); ++i) {
+        if (objects.getI(i) == nullptr) continue;
+        env->_recycleBin->add(objects.getI(i));
+        if (env->_recycleBin->getMarked().getSize() > _places.getSize()) _places.add(i);
+      }
+    } catch (...) {
+      _places.end();
+      throw;
+    }
+  }
+  ~DyingArray() { _places.end(); }
+  DyingArray(const DyingArray&) = delete;
+  DyingArray& operator=(const DyingArray&) = delete;
+
+  /// To be told before each death of the first batch, in which what entered last dies first.
+  void leave(long entry) {
+    if (entry >= _places.getSize()) return;
+    // Behind it stands nothing that lives, or what occurs further in front too.
+    _objects.getImpl()->truncate(std::min(_places[entry], _objects.getSize()));
+  }
+
+ private:
+  ZylExtractableArray _objects;
+  ZylIntArray _places;  // by entry of the bin: where in the array it occurs first
+};
+
 void ZylEnvI::init(ZylExtractableI* object) {
   if (ZYL_UNLIKELY(_localEnv != nullptr)) {
     object->_id = _localEnv->init(object);
@@ -57,6 +94,9 @@ void ZylEnvI::init(ZylExtractableI* object) {
 
 void ZylEnvI::finit(ZylExtractableI* object) {
   const long id = object->_id;
+  if (ZYL_UNLIKELY(_lifeWatches != nullptr)) {
+    zyl::detail::LifeWatch<ZylExtractableI>::leave(_lifeWatches, object);
+  }
   _cloneManager->forget(object);
   // The object may have entered a list before a local environment came, and must not stay there.
   if (!_typedLists.isEmpty()) {
@@ -176,10 +216,10 @@ void ZylEnvI::scanForDependants(long maxId) {
 }
 
 // Destroys what the bin holds and what arrives meanwhile, batch by batch.
-void ZylEnvI::runBatches() {
+void ZylEnvI::runBatches(DyingArray* listed) {
   while (_recycleBin->getMarked().getSize() > 0) {
     _recycleBin->startReleaseMode();
-    destroyBatch();
+    destroyBatch(std::exchange(listed, nullptr));
     _recycleBin->endReleaseMode();
     // What a receiver or a destructor ended has dependants as everything else.
     const ZylExtractableArray& marked = _recycleBin->getMarked();
@@ -189,7 +229,7 @@ void ZylEnvI::runBatches() {
   }
 }
 
-void ZylEnvI::destroyBatch() {
+void ZylEnvI::destroyBatch(DyingArray* listed) {
   const ZylExtractableArray& marked = _recycleBin->getMarked();
   ZylExtractableArray batch = getOrMakeEmptySharedDeletedArray();
   for (long i = marked.getSize() - 1; i >= 0; --i) batch.addI(marked.getI(i));
@@ -199,6 +239,7 @@ void ZylEnvI::destroyBatch() {
   for (long i = marked.getSize() - 1; i >= 0; --i) {
     ZylExtractableI* object = marked.getI(i);
     marked.getImpl()->truncate(i);
+    if (listed != nullptr) listed->leave(i);
     finit(object);
     delete object;
   }
@@ -344,17 +385,16 @@ void ZylEnvI::removeFromAllAndDestroy(ZylExtractableArray objects, long flag) {
   }
   checkEnv(this, objects);
   if (_recycleBin != nullptr) {
+    _recycleBin->makeRoom(objects.getSize());
     for (long i = 0; i < objects.getSize(); ++i) {
       if (objects.getI(i) != nullptr) _recycleBin->add(objects.getI(i));
     }
     return;
   }
   RemovalScope bin(this);
-  for (long i = 0; i < objects.getSize(); ++i) {
-    if (objects.getI(i) != nullptr) bin->add(objects.getI(i));
-  }
+  DyingArray listed(this, objects);
   bin->removeFromAll();
-  runBatches();
+  runBatches(&listed);
   objects.clear();
 }
 

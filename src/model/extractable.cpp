@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "env/life_watch.h"
 #include "vorlane/algorithm/algorithm.h"
 #include "vorlane/algorithm/expander.h"
 #include "vorlane/constraint/constraint.h"
@@ -147,7 +148,21 @@ ZylEnv ZylExtractable::getEnv() const { return ZylEnv(checked()->getEnv()); }
 long ZylExtractable::getId() const { return checked()->getId(); }
 
 void ZylExtractable::end() {
-  checked()->end();
+  ZylExtractableI* object = checked();
+  if (object->isRefCountedExpr()) {
+    // The reference is given up whatever comes.
+    _impl = nullptr;
+    object->end();
+    return;
+  }
+  const zyl::detail::LifeWatch watch(&object->getEnv()->_lifeWatches, object);
+  try {
+    object->end();
+  } catch (...) {
+    // A later batch may be refused when the object is gone already.
+    if (!watch.isAlive()) _impl = nullptr;
+    throw;
+  }
   _impl = nullptr;
 }
 

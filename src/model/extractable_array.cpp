@@ -174,13 +174,28 @@ void ZylExtractableArray::endElements() const {
   for (long i = 0; i < getSize(); ++i) {
     ZylExtractableI* element = getI(i);
     if (element == nullptr) continue;
-    if (element->isRefCountedExpr()) {
-      element->end();
-    } else {
+    if (!element->isRefCountedExpr()) {
       others.addI(element);
+      continue;
     }
+    // Whatever comes: a second attempt must not drop the reference again.
+    _impl->element<ZylExtractableI*>(i) = nullptr;
+    element->end();
   }
-  if (others.getSize() > 0) env->removeFromAllAndDestroy(others, 0);
+  const long size = getSize();
+  const long count = others.getSize();
+  try {
+    if (count > 0) env->removeFromAllAndDestroy(others, 0);
+  } catch (...) {
+    // The last ones are gone, as many as the others lack.
+    long dead = count - others.getSize();
+    for (long i = std::min(size, getSize()) - 1; i >= 0 && dead > 0; --i) {
+      if (getI(i) == nullptr) continue;
+      _impl->element<ZylExtractableI*>(i) = nullptr;
+      --dead;
+    }
+    throw;
+  }
   clear();
 }
 

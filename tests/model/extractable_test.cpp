@@ -303,6 +303,86 @@ TEST_F(ZylRemoval, AFailedAllocationHidesNoExpression) {
   }
 }
 
+// What was asked for is gone with the first batch, whoever refuses a later one. Ids and blocks are
+// issued again at once: what the plug-in makes may stand where the dead one stood.
+TEST_F(ZylRemoval, ARefusedLaterBatchLeavesNoHandleOfTheDead) {
+  static Probe* late;
+  static ZylEnvI* where;
+  static int batches;
+  for (int form = 0; form < 3; ++form) {
+    SCOPED_TRACE(testing::Message() << "form " << form);
+    Probe* leaf = probe(env);
+    late = probe(env, "late");
+    where = impl;
+    batches = 0;
+    leaf->onDeath = [] { late->end(); };
+    plugIn->onChange = [](const ZylChange& change) {
+      if (!change.isType(ZylDestroyExtractableArray::GetTypeInfo()) || ++batches < 2) return;
+      new (where) Probe(where);
+      throw ZylWrongUsage("refused");
+    };
+    ZylExtractable handle(leaf);
+    const ZylExtractableArray array(env, 3, handle, ZylExtractable(), handle);
+    EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
+        [&] {
+          if (form == 0) handle.end();
+          if (form == 1) impl->removeFromAllAndDestroy(array, 0);
+          if (form == 2) array.endElements();
+        },
+        "refused"));
+    if (form == 0) {
+      EXPECT_EQ(handle.getImpl(), nullptr);
+    } else {
+      for (long i = 0; i < array.getSize(); ++i) EXPECT_EQ(array.getI(i), nullptr);
+      array.endElements();
+    }
+    EXPECT_TRUE(isLive(late, late->getId()));
+    expectUsable();
+  }
+}
+
+// A batch that breaks off: each array lists what lives, and a second attempt ends the rest.
+TEST_F(ZylRemoval, ABatchThatBreaksOffLeavesTheLivingListed) {
+  for (const bool endElements : {false, true}) {
+    SCOPED_TRACE(endElements ? "endElements" : "removeFromAllAndDestroy");
+    Probe::Died.clear();
+    Probe* first = probe(env, "first");
+    Probe* second = probe(env, "second");
+    second->onDeath = [] { throw ZylWrongUsage("broken off"); };
+    const ZylExtractable a(first);
+    const ZylExtractableArray array(env, 4, a, ZylExtractable(second), ZylExtractable(), a);
+    const auto end = [&] {
+      endElements ? array.endElements() : impl->removeFromAllAndDestroy(array, 0);
+    };
+    EXPECT_TRUE(RaisesWith<ZylWrongUsage>(end, "broken off"));
+    ASSERT_TRUE(isLive(first, first->getId()));
+    EXPECT_EQ(array.find(a), 0);
+    for (long i = 1; i < array.getSize(); ++i) EXPECT_EQ(array.getI(i), nullptr);
+    end();
+    EXPECT_EQ(Probe::Died, (Names{"second", "first"}));
+    EXPECT_EQ(array.getSize(), 0);
+    expectUsable();
+  }
+}
+
+TEST_F(ZylRemoval, ElementsGiveUpTheirReferencesOnce) {
+  const ZylNumVar x(env, 0, 1);
+  const ZylNumExpr held = ZylAbs(x);
+  const ZylNumExpr other(held);
+  Probe* leaf = probe(env);
+  const ZylExtractableArray array(env, 2, held, ZylExtractable(leaf));
+  plugIn->onChange = [](const ZylChange&) { throw ZylWrongUsage("refused"); };
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_THROW(array.endElements(), ZylWrongUsage);
+    EXPECT_EQ(other.getImpl()->getCount(), 1);
+    EXPECT_EQ(array.getI(1), leaf);
+  }
+  plugIn->onChange = nullptr;
+  array.endElements();
+  EXPECT_EQ(other.getImpl()->getCount(), 1);
+  expectUsable();
+}
+
 // An id means a stranger in another environment.
 TEST_F(ZylRemoval, RefusesObjectsOfAnotherEnvironment) {
   EnvFixture fixture;

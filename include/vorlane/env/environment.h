@@ -51,6 +51,8 @@ class ZylVarDomainI;
 
 namespace zyl::detail {
 template <class T>
+class LifeWatch;
+template <class T>
 class Walk;
 }
 struct ZylNumLinExprTermI;
@@ -161,8 +163,9 @@ class ZYL_EXPORT ZylEnvI {
   void removeFromAll(ZylExtractableArray objects);
   /// Takes objects out of all that refers to them, and deletes them with what depended on them, last
   /// marked first; each batch is announced before any of it dies. `flag` is for a deleter. The
-  /// array form clears the array. Like `removeFromAll`, raises `ZylEnvironmentMismatch` for what is
-  /// of another environment, before anything happens.
+  /// array form clears the array; if it raises, the array lists what has not died. Like
+  /// `removeFromAll`, raises `ZylEnvironmentMismatch` for what is of another environment, before
+  /// anything happens.
   void removeFromAllAndDestroy(ZylExtractableI* object, long flag);
   void removeFromAllAndDestroy(ZylExtractableArray objects, long flag);
   /// Frees the object's id and deletes it without telling anybody. Nothing for null.
@@ -311,16 +314,18 @@ class ZYL_EXPORT ZylEnvI {
 
  private:
   friend class ZylKvlDisplayI;
+  friend class ZylExtractable;
   friend class ZylLocalEnvI;
   friend class ZylMTSafeLocalEnvI;
   friend class ZylRecycleBinI;
 
   class RemovalScope;
+  class DyingArray;
   void clearFields() noexcept;
   void makeParts();
   void releaseParts() noexcept;
-  void runBatches();
-  void destroyBatch();
+  void runBatches(DyingArray* listed = nullptr);
+  void destroyBatch(DyingArray* listed);
   void scanForDependants(long maxId);
   void deleteLiveObjects();
   void* allocLocalTerm();
@@ -375,6 +380,7 @@ class ZYL_EXPORT ZylEnvI {
   bool _ended;
   ZylMTSafeLocalEnvI* _mtLocalEnv;  // ours, null unless MT-safe allocation is on
   zyl::detail::Walk<ZylAlgorithmI>* _algorithmWalks = nullptr;  // under way, innermost first
+  zyl::detail::LifeWatch<ZylExtractableI>* _lifeWatches = nullptr;  // innermost first
 };
 
 /// Handle of an environment: one pointer, copied freely, owning nothing.

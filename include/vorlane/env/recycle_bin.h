@@ -20,6 +20,8 @@ class ZYL_EXPORT ZylRecycleBinI {
 
   /// Enters an object; nothing if it is finished or marked. Raises `ZylMemoryException`.
   void add(ZylExtractableI* object);
+  /// Makes room for as many: entering them cannot fail then. Raises `ZylMemoryException`.
+  void makeRoom(long count);
   /// Asks every other live object `atRemove`, until a whole scan has added nothing, then sends one
   /// `ZylRemoveFromAllChange`; one more for what its receivers end.
   void removeFromAll();

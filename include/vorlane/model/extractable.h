@@ -163,7 +163,8 @@ class ZYL_EXPORT ZylExtractable {
   long getId() const;
   ZYL_PROPERTY_OPERATIONS
 
-  /// Ends the object (for an expression: drops a reference) and empties this handle.
+  /// Ends the object (for an expression: drops a reference) and empties this handle. If that
+  /// raises, the handle keeps an object that lives, and no reference.
   void end();
   void removeFromAll() const;
   void display(std::ostream& stream) const;

@@ -56,6 +56,7 @@ class ZYL_EXPORT ZylExtractableArray {
   /// for an empty `env`. The old array stays as it was.
   void replaceByClone(ZylEnvI* env);
   /// Ends all elements in one removal, counted expressions by their counts, and clears the array.
+  /// If that raises, elements that have ended are empty handles, and no reference is dropped again.
   /// Raises `ZylEnvironmentMismatch`, before anything else, for an element of another environment.
   void endElements() const;
 
