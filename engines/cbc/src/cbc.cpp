@@ -13,53 +13,79 @@ ZylCbcListener::~ZylCbcListener() = default;
 ZylCbcI::ZylCbcI(ZylEnvI* env) : ZylAlgorithmI(env), _engine(std::make_unique<Impl>()) {}
 ZylCbcI::~ZylCbcI() = default;
 
+namespace {
+
+using Start = std::vector<std::pair<Column*, double>>;
+
+// The client's values, or else those of the last solve.
+Start startOf(const zyl::cbc::LinearStore& store,
+              const std::vector<std::pair<long, double>>& given) {
+  Start start;
+  // Of a variable given twice the first value counts.
+  const std::unordered_map<long, double> values(given.rbegin(), given.rend());
+  for (const auto& column : store.columns()) {
+    if (given.empty()) {
+      if (column->integer && column->hasValue) start.emplace_back(column.get(), column->value);
+      continue;
+    }
+    if (column->variable == nullptr) continue;
+    const auto value = values.find(column->variable->getId());
+    if (value != values.end()) start.emplace_back(column.get(), value->second);
+  }
+  return start;
+}
+
+}  // namespace
+
 bool ZylCbcI::solve() {
+  checkIdle();
   Impl& e = *_engine;
   // An engine that was emptied by a refused edit must not call that solved.
-  if (_model == nullptr && std::none_of(_usageCounts, _usageCounts + _idCapacity,
-                                        [](long uses) { return uses > 0; })) {
-    ZylRaiseWrongUsage("ZylCbc::solve: no model is loaded");
-  }
-  e.result = ZylCbcResult();
+  if (e.roots.empty()) ZylRaiseWrongUsage("ZylCbc::solve: no model is loaded");
+  if (e.isBehind) catchUp();
   e.store.synchronise();
+  e.result = ZylCbcResult();
+  e.result.bound = e.objective.sign * -ZylInfinity;
 
-  zyl::cbc::Task task{e.store,     e.interrupted,
-                      e.timeLimit, e.gapLimit,
-                      e.nodeLimit, e.objective.sign,
-                      e.objective.constant, {},
+  zyl::cbc::Task task{e.store,
+                      e.interrupted,
+                      e.timeLimit,
+                      e.gapLimit,
+                      e.nodeLimit,
+                      e.objective.sign,
+                      e.objective.constant,
+                      startOf(e.store, e.start),
                       e.logLevel > 0 ? &out() : nullptr,
-                      e.listener,  {}};
-  // Values of the last solve, overridden by the client's start.
-  for (const auto& column : e.store.columns()) {
-    if (column->integer && column->hasValue) task.start.emplace_back(column.get(), column->value);
-  }
-  if (!e.start.empty()) {
-    task.start.clear();
-    const std::unordered_map<long, double> values(e.start.rbegin(), e.start.rend());
-    for (const auto& column : e.store.columns()) {
-      if (column->variable == nullptr) continue;
-      const auto given = values.find(column->variable->getId());
-      if (given != values.end()) task.start.emplace_back(column.get(), given->second);
-    }
-    e.start.clear();
-  }
+                      e.listener,
+                      {},
+                      nullptr};
+  e.start.clear();
 
-  struct Active {
-    long* flag;
-    ~Active() { *flag = 0; }
-  } active{&_searchActive};
-  _searchActive = 1;
-  if (e.store.hasCrossedBounds()) {
-    e.result.status = ZylAlgorithm::Infeasible;
-  } else if (e.store.hasIntegers()) {
-    e.result = zyl::cbc::solveInteger(task);
-  } else {
-    e.result = zyl::cbc::solveLinear(task);
+  struct Search {
+    long* active;
+    std::atomic<bool>* interrupted;
+    ~Search() {
+      *active = 0;
+      *interrupted = false;
+    }
+  };
+  ZylCbcResult result = e.result;
+  {
+    const Search search{&_searchActive, &e.interrupted};
+    _searchActive = 1;
+    if (e.store.hasCrossedBounds()) {
+      result.status = ZylAlgorithm::Infeasible;
+    } else if (e.store.hasIntegers()) {
+      result = zyl::cbc::solveInteger(task);
+    } else {
+      result = zyl::cbc::solveLinear(task);
+    }
   }
-  e.interrupted = false;
+  if (task.failure == nullptr) e.result = result;
   if (!e.result.hasSolution) {
     for (const auto& column : e.store.columns()) column->hasValue = false;
   }
+  if (task.failure != nullptr) std::rethrow_exception(task.failure);
   return e.result.hasSolution;
 }
 
@@ -96,7 +122,9 @@ double ZylCbcI::getDual(const ZylConstraintI* constraint) const {
   if (!_engine->result.hasDuals) {
     throw ZylAlgorithm::Exception("ZylCbc: duals exist for solved linear programs only");
   }
-  return static_cast<const Row*>(getHandle(constraint))->dual;
+  const auto* row = static_cast<const Row*>(getHandle(constraint));
+  if (!row->isSolved) raiseNoSolution();
+  return row->dual;
 }
 
 double ZylCbcI::getReducedCost(const ZylNumVarI* variable) const {
@@ -104,14 +132,22 @@ double ZylCbcI::getReducedCost(const ZylNumVarI* variable) const {
   if (!_engine->result.hasDuals) {
     throw ZylAlgorithm::Exception("ZylCbc: reduced costs exist for solved linear programs only");
   }
-  return static_cast<const Column*>(getHandle(variable))->reducedCost;
+  const auto* column = static_cast<const Column*>(getHandle(variable));
+  if (!column->hasValue) raiseNoSolution();
+  return column->reducedCost;
 }
 
 double ZylCbcI::getSlack(const ZylConstraintI* constraint) const {
   if (!isInUse(constraint)) throw ZylAlgorithm::NotExtractedException(this, constraint);
-  if (!_engine->result.hasSolution) raiseNoSolution();
   const auto* row = static_cast<const Row*>(getHandle(constraint));
-  return std::min(row->activity - row->lower, row->upper - row->activity);
+  if (!_engine->result.hasSolution || !row->isSolved) raiseNoSolution();
+  double activity = 0.0;
+  for (const zyl::cbc::Term& term : row->terms) {
+    if (term.column->gone) continue;
+    if (!term.column->hasValue) raiseNoSolution();
+    activity += term.coef * term.column->value;
+  }
+  return std::min(activity - row->lower, row->upper - activity);
 }
 
 double ZylCbcI::getBestBound() const { return _engine->result.bound; }

@@ -24,7 +24,7 @@ struct ZylCbcResult {
   bool hasSolution = false;
   bool hasDuals = false;
   double value = 0.0;  // of the client's objective
-  double bound = 0.0;
+  double bound = -ZylInfinity;
   long nodes = 0;
   long iterations = 0;
 };
@@ -34,6 +34,11 @@ class ZylCbcI::Impl {
   zyl::cbc::LinearStore store;
   ZylCbcObjective objective;
   ZylCbcResult result;
+  // What the client gave, in order: the objects whose extraction brought all others.
+  std::vector<const ZylExtractableI*> roots;
+  long depth = 0;         // of protocol calls: what is extracted inside one is no root
+  bool isBehind = false;  // an edit was not followed; all must be loaded again
+
   // Conversions in force, last one wins.
   std::vector<const ZylConversionI*> conversions;
 

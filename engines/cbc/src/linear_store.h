@@ -46,8 +46,8 @@ struct Row {
   std::vector<Term> terms;  // each column once, no zeros
   bool gone = false;
   int position = -1;
+  bool isSolved = false;  // whether it took part in the last solve
   double dual = 0.0;
-  double activity = 0.0;
 };
 
 /// x = sum of value_k * selector_k, sum of selector_k = 1.

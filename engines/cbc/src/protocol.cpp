@@ -39,6 +39,12 @@ std::vector<double> valuesOf(const ZylNumVarI* variable) {
   return values;
 }
 
+bool isUsable(const ZylNumVarI* variable) {
+  const std::vector<double> values = valuesOf(variable);
+  return !std::isnan(variable->getLB()) && !std::isnan(variable->getUB()) &&
+         std::all_of(values.begin(), values.end(), [](double value) { return isUsable(value); });
+}
+
 bool isEnumerated(const ZylNumVarI* variable) {
   return variable->getNumValues().getImpl() != nullptr ||
          variable->getIntValues().getImpl() != nullptr;
@@ -83,7 +89,7 @@ class ZylCbcSearch {
   }
 
   bool extractVariable(const ZylNumVarI* variable, void** handle) {
-    if (std::isnan(variable->getLB()) || std::isnan(variable->getUB())) return false;
+    if (!isUsable(variable)) return false;
     Column* column = _impl.store.addColumn(variable, 0.0, 0.0, false);
     *handle = column;
     refresh(column);
@@ -238,6 +244,7 @@ class ZylCbcSearch {
     _engine->_usageCounts[id] = 0;
     _engine->_extractionHandles[id] = nullptr;
     remove(object, handle);
+    std::erase(_impl.roots, object);
     if (_engine->_model == object) _engine->_model = nullptr;
   }
 
@@ -277,8 +284,7 @@ class ZylCbcSearch {
   }
 
   bool refreshChecked(Column* column) {
-    if (std::isnan(column->variable->getLB()) || std::isnan(column->variable->getUB()))
-      return false;
+    if (!isUsable(column->variable)) return false;
     refresh(column);
     return true;
   }
@@ -493,16 +499,54 @@ class ZylCbcSearch {
   ZylCbcI::Impl& _impl;
 };
 
-// --- the three hooks
-// ------------------------------------------------------------------------------
+// --- what the client gives and takes --------------------------------------------------------------
+
+// Tells what the client asks of the engine from what the protocol asks of itself.
+class ZylCbcI::Nested {
+ public:
+  explicit Nested(ZylCbcI* engine) : _depth(&engine->_engine->depth) { ++*_depth; }
+  ~Nested() { --*_depth; }
+  Nested(const Nested&) = delete;
+  Nested& operator=(const Nested&) = delete;
+
+ private:
+  long* _depth;
+};
+
+void ZylCbcI::checkIdle() const {
+  if (_searchActive != 0) throw ZylNoChangeDuringSearchException();
+}
+
+void ZylCbcI::extract(const ZylExtractableI* extractable) {
+  checkIdle();
+  ZylAlgorithmI::extract(extractable);
+  if (_engine->depth == 0) _engine->roots.push_back(extractable);
+}
+
+void ZylCbcI::remove(const ZylExtractableI* extractable) {
+  checkIdle();
+  ZylAlgorithmI::remove(extractable);
+  if (_engine->depth > 0) return;
+  const auto root = std::find(_engine->roots.begin(), _engine->roots.end(), extractable);
+  if (root != _engine->roots.end()) _engine->roots.erase(root);
+}
+
+void ZylCbcI::loadWithoutClear(const ZylModelI* model) {
+  checkIdle();
+  ZylAlgorithmI::loadWithoutClear(model);
+}
 
 bool ZylCbcI::doExtract(const ZylExtractableI* extractable, void** handle) {
+  const Nested nested(this);
   return ZylCbcSearch(this).extract(extractable, handle);
 }
 
 bool ZylCbcI::doRemove(const ZylExtractableI* extractable, void* handle) {
+  const Nested nested(this);
   return ZylCbcSearch(this).remove(extractable, handle);
 }
+
+// --- edits ----------------------------------------------------------------------------------------
 
 namespace {
 
@@ -650,6 +694,56 @@ const Entry* entries(long* count) {
 
 }  // namespace
 
+namespace {
+
+bool isDeath(const ZylChange& change) {
+  const ZylTypeInfo type = change.getTypeInfo();
+  return type == ZylDestroyExtractable::GetTypeInfo() ||
+         type == ZylRemoveFromAllChange::GetTypeInfo() ||
+         type == ZylDestroyExtractableArray::GetTypeInfo();
+}
+
+}  // namespace
+
+// What raises has changed the model and not the engine. From there on rows and columns are no ground
+// for following anything; only what dies must still be forgotten, until all is loaded again.
+void ZylCbcI::apply(const ZylChange& change, const ZylExtractableI* extractable) {
+  if (_engine->isBehind && _searchActive == 0 && !isDeath(change)) return;
+  try {
+    ZylAlgorithmI::apply(change, extractable);
+  } catch (...) {
+    fallBehind();
+    throw;
+  }
+}
+
+void ZylCbcI::apply(const ZylChange& change) {
+  if (_engine->isBehind && _searchActive == 0 && !isDeath(change)) return;
+  try {
+    ZylAlgorithmI::apply(change);
+  } catch (...) {
+    fallBehind();
+    throw;
+  }
+}
+
+// A failure that has emptied the engine leaves nothing to load.
+void ZylCbcI::fallBehind() noexcept { _engine->isBehind = !_engine->roots.empty(); }
+
+void ZylCbcI::catchUp() {
+  const std::vector<const ZylExtractableI*> roots = std::move(_engine->roots);
+  std::vector<std::pair<long, double>> start = std::move(_engine->start);
+  clear();
+  for (const ZylExtractableI* root : roots) {
+    if (is<ZylModelI>(root)) {
+      loadWithoutClear(cast<ZylModelI>(root));
+    } else {
+      extract(root);
+    }
+  }
+  _engine->start = std::move(start);
+}
+
 bool ZylCbcI::doApply(const ZylChange* change, void** handle, const ZylExtractableI* extractable) {
   long count = 0;
   const Entry* table = entries(&count);
@@ -657,6 +751,7 @@ bool ZylCbcI::doApply(const ZylChange* change, void** handle, const ZylExtractab
   const ZylTypeInfo type = change->getTypeInfo();
   const Entry* entry = std::find_if(table, end, [=](const Entry& e) { return e.type == type; });
   if (entry == end) return false;
+  const Nested nested(this);
   ZylCbcSearch search(this);
   const bool done = entry->apply(this, search, *change, *handle);
   // The object may have been forgotten in the course of its own change.
@@ -665,8 +760,10 @@ bool ZylCbcI::doApply(const ZylChange* change, void** handle, const ZylExtractab
 }
 
 void ZylCbcI::clear() {
+  checkIdle();
   ZylAlgorithmI::clear();
-  if (_engine == nullptr) return;
+  _engine->roots.clear();
+  _engine->isBehind = false;
   _engine->store.clear();
   _engine->objective = ZylCbcObjective();
   _engine->result = ZylCbcResult();

@@ -2,9 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <ostream>
 
+#include "plain_search.h"
+#include "relaxation.h"
+
+// The other headers of the solver take this one for included.
 #include <CbcNode.hpp>
+
 #include <CbcCutGenerator.hpp>
 #include <CbcEventHandler.hpp>
 #include <CbcHeuristicFPump.hpp>
@@ -18,9 +24,7 @@
 #include <CglMixedIntegerRounding2.hpp>
 #include <CglProbing.hpp>
 #include <CglTwomir.hpp>
-#include <ClpEventHandler.hpp>
 #include <ClpSimplex.hpp>
-#include <ClpSolve.hpp>
 #include <OsiClpSolverInterface.hpp>
 
 namespace zyl::cbc {
@@ -30,73 +34,53 @@ namespace {
 using Status = ZylAlgorithm::Status;
 
 constexpr double NoLimit = 1e20;
-// An integer column is this close to an integer in every solution.
-constexpr double IntegerTolerance = 1e-5;
+// What the tree search takes for an integer where no coefficient asks for less, and the least that
+// rounding errors leave sense in.
+constexpr double IntegerTolerance = 1e-9;
+constexpr double LeastIntegerTolerance = 1e-13;
+// A value that a search claims may miss the one of its point by this, relative to it.
+constexpr double ClaimTolerance = 1e-6;
 // A search need not look for what is better by less, relative to the value known.
 constexpr double Improvement = 1e-9;
-
-// Stops a linear solve that is interrupted or out of time.
-class LinearEvents : public ClpEventHandler {
- public:
-  explicit LinearEvents(const Task* task) : _task(task) {}
-  int event(Event which) override {
-    const bool stop = which == endOfIteration && (_task->interrupted || _task->isOutOfTime());
-    return stop ? 5 : -1;
-  }
-  ClpEventHandler* clone() const override { return new LinearEvents(*this); }
-
- private:
-  const Task* _task;
-};
 
 // Reports a tree search, and stops it.
 class TreeEvents : public CbcEventHandler {
  public:
-  explicit TreeEvents(Task* task) : _task(task) {}
+  TreeEvents(Task* task, const CbcModel* tree, bool* hadCandidate)
+      : _task(task), _tree(tree), _hadCandidate(hadCandidate) {}
   CbcAction event(CbcEvent which) override {
-    if (_task->interrupted || _task->isOutOfTime()) return stop;
-    if (which == node || which == solution || which == heuristicSolution || which == treeStatus) {
-      const bool hasValue = model_->getSolutionCount() > 0 && model_->getObjValue() < 1e50;
-      _task->report(hasValue, _task->clientValue(hasValue ? model_->getObjValue() : 0.0),
-                    _task->clientValue(model_->getBestPossibleObjValue()), model_->getNodeCount());
+    if (_task->isStopped()) return stop;
+    // Heuristics search small trees of their own, whose bounds say nothing of the model.
+    if (model_ != _tree) return noAction;
+    if (which == beforeSolution2 || which == solution) *_hadCandidate = true;
+    if (which != node && which != solution && which != heuristicSolution && which != treeStatus) {
+      return noAction;
     }
-    return noAction;
+    const bool hasValue = model_->getSolutionCount() > 0 && model_->getObjValue() < 1e50;
+    const double value = _task->clientValue(hasValue ? model_->getObjValue() : 0.0);
+    const double bound = _task->clientValue(model_->getBestPossibleObjValue());
+    _task->report(hasValue, value, bound, model_->getNodeCount());
+    return _task->isStopped() || (hasValue && _task->isWithinGap(value, bound)) ? stop : noAction;
   }
   CbcEventHandler* clone() const override { return new TreeEvents(*this); }
 
  private:
   Task* _task;
+  const CbcModel* _tree;
+  bool* _hadCandidate;  // outlives the copies that the solver makes
 };
 
-double minimumOf(const Task& task, const std::vector<double>& values) {
-  double sum = 0.0;
+// Makes the point the answer of the store.
+void writeValues(Task& task, const Point& point) {
   for (const auto& column : task.store.columns()) {
-    sum += column->cost * values[static_cast<std::size_t>(column->position)];
-  }
-  return sum;
-}
-
-void writeValues(Task& task, const std::vector<double>& values) {
-  for (const auto& column : task.store.columns()) {
-    double value = values[static_cast<std::size_t>(column->position)];
-    if (column->integer) value = std::round(value);
-    // What a bound excludes by no more than a tolerance is the bound.
-    value = std::clamp(value, programLower(column->lower, column->integer),
-                       std::max(programLower(column->lower, column->integer),
-                                programUpper(column->upper, column->integer)));
-    column->value = value;
+    column->value = point[static_cast<std::size_t>(column->position)];
     column->hasValue = true;
     column->reducedCost = 0.0;
   }
   for (const auto& row : task.store.rows()) {
+    row->isSolved = true;
     row->dual = 0.0;
-    row->activity = 0.0;
-    for (const Term& term : row->terms) row->activity += term.coef * term.column->value;
   }
-}
-
-std::vector<double> valuesOf(const double* values, int count) {
-  return std::vector<double>(values, values + count);
 }
 
 ZylCbcResult finished(const Task& task, Status status) {
@@ -107,49 +91,6 @@ ZylCbcResult finished(const Task& task, Status status) {
   return result;
 }
 
-// Whether a program has any feasible point, by its own rows and bounds alone.
-bool isFeasible(const ClpSimplex& program) {
-  ClpSimplex copy(program);
-  copy.setLogLevel(0);
-  const std::vector<double> zeros(static_cast<std::size_t>(copy.numberColumns()), 0.0);
-  copy.chgObjCoefficients(zeros.data());
-  copy.initialSolve();
-  return copy.status() == 0;
-}
-
-// Solves from the basis at hand, or from scratch with presolve where there is none. What is not
-// optimal is asked again on a program without history: presolve does not tell an infeasible program
-// from an unbounded one, and a basis that edits have left may lead astray.
-void runSimplex(Task& task) {
-  const LinearEvents events(&task);
-  const auto run = [&](auto solve) {
-    ClpSimplex& program = task.store.program();
-    program.passInEventHandler(&events);
-    program.setMaximumSeconds(-1.0);
-    solve(program);
-    const ClpEventHandler none;
-    program.passInEventHandler(&none);
-    return program.status();
-  };
-  const ClpSimplex& known = task.store.program();
-  const bool warm = known.problemStatus() >= 0 && known.statusExists();
-  const int first = run([&](ClpSimplex& program) {
-    if (warm) {
-      program.dual();
-    } else {
-      program.initialSolve();
-    }
-  });
-  const auto isStopped = [&] { return task.interrupted || task.isOutOfTime(); };
-  if (first == 0 || isStopped()) return;
-  task.store.rebuild();
-  int status = run([](ClpSimplex& program) { program.dual(); });
-  for (int again = 0; again < 3 && status > 1 && !isStopped(); ++again) {
-    status = run([](ClpSimplex& program) { program.primal(); });
-    if (status == 2) break;
-  }
-}
-
 }  // namespace
 
 double relativeGap(double value, double bound) {
@@ -157,41 +98,41 @@ double relativeGap(double value, double bound) {
   return std::fabs(value - bound) / std::max(std::fabs(value), 1e-10);
 }
 
+bool Task::isWithinGap(double value, double bound) const {
+  return gapLimit > 0.0 && relativeGap(value, bound) <= gapLimit;
+}
+
 void Task::report(bool hasValue, double value, double bound, long nodes) {
   ZylCbcProgress progress{hasValue, value, bound, ZylInfinity, nodes, clock.elapsed()};
   if (hasValue) progress.gap = relativeGap(value, bound);
+  try {
+    tell(progress);
+  } catch (...) {
+    if (failure == nullptr) failure = std::current_exception();
+  }
+}
+
+void Task::tell(const ZylCbcProgress& progress) const {
   if (listener != nullptr) listener->onProgress(progress);
   if (log == nullptr) return;
-  *log << "cbc: nodes " << nodes << ", value ";
-  if (hasValue) {
-    *log << value;
+  *log << "cbc: nodes " << progress.nodes << ", value ";
+  if (progress.hasValue) {
+    *log << progress.value;
   } else {
     *log << "none";
   }
-  *log << ", bound " << bound << ", seconds " << progress.seconds << std::endl;
+  *log << ", bound " << progress.bound << ", seconds " << progress.seconds << std::endl;
 }
 
 ZylCbcResult solveLinear(Task& task) {
-  runSimplex(task);
-  ClpSimplex& program = task.store.program();
-  ZylCbcResult result = finished(task, ZylAlgorithm::Unknown);
+  std::optional<Point> point;
+  ZylCbcResult result = finished(task, solveRelaxation(task, &point));
+  const ClpSimplex& program = task.store.program();
   result.iterations = program.numberIterations();
-  switch (program.status()) {
-    case 0: result.status = ZylAlgorithm::Optimal; break;
-    case 1: result.status = ZylAlgorithm::Infeasible; return result;
-    case 2:
-      result.status = isFeasible(program) ? ZylAlgorithm::Unbounded : ZylAlgorithm::Infeasible;
-      return result;
-    default:
-      // Stopped: a point that satisfies everything is worth keeping.
-      if (!program.primalFeasible()) return result;
-      result.status = ZylAlgorithm::Feasible;
-  }
-  const std::vector<double> values =
-      valuesOf(program.primalColumnSolution(), program.numberColumns());
-  writeValues(task, values);
+  if (!point.has_value()) return result;
+  writeValues(task, *point);
   result.hasSolution = true;
-  result.value = task.clientValue(minimumOf(task, values));
+  result.value = task.clientValue(costOf(task.store, *point));
   if (result.status == ZylAlgorithm::Optimal) {
     result.bound = result.value;
     result.hasDuals = true;
@@ -208,27 +149,12 @@ ZylCbcResult solveLinear(Task& task) {
 
 namespace {
 
-// Completes a start: integer columns fixed at the values given, the rest by a linear solve.
-bool completeStart(Task& task, std::vector<double>* values) {
-  if (task.start.empty()) return false;
-  ClpSimplex fixed(task.store.program());
-  fixed.setLogLevel(0);
+Fixing startOf(const Task& task) {
+  Fixing fixing;
   for (const auto& [column, value] : task.start) {
-    if (!column->integer) continue;
-    const double rounded = std::round(value);
-    if (rounded < programLower(column->lower, true) || rounded > programUpper(column->upper, true)) {
-      return false;
-    }
-    fixed.setColumnBounds(column->position, rounded, rounded);
+    if (column->integer) fixing.emplace_back(column, std::round(value));
   }
-  fixed.initialSolve();
-  if (fixed.status() != 0) return false;
-  *values = valuesOf(fixed.primalColumnSolution(), fixed.numberColumns());
-  // Integer columns that the start did not name must have come out integral.
-  return std::all_of(task.store.columns().begin(), task.store.columns().end(), [&](const auto& c) {
-    const double value = (*values)[static_cast<std::size_t>(c->position)];
-    return !c->integer || std::fabs(value - std::round(value)) <= IntegerTolerance;
-  });
+  return fixing;
 }
 
 void addCuts(CbcModel& model) {
@@ -272,51 +198,72 @@ void addHeuristics(CbcModel& model) {
 
 // What a tree search left.
 struct Tree {
-  bool hasSolution = false;
-  Status status = ZylAlgorithm::Unknown;
-  double bound = 0.0;  // of the minimisation, as far as it is known
+  bool isFinished = false;  // nothing is better than what was found, or known before
+  bool isDoubtful = false;  // solutions were met that turned out to be none
+  double bound = 0.0;       // of the minimisation
   long nodes = 0;
   long iterations = 0;
 };
 
-Tree search(Task& task, OsiSolverInterface& root, double cutoff) {
+// What is taken for an integer is rounded later, which must not break a row: b = 5e-8 in
+// x <= 1e8 * b is no zero while x is 5.
+double integerTolerance(const LinearStore& store) {
+  double largest = 1.0;
+  for (const auto& row : store.rows()) {
+    for (const Term& term : row->terms) {
+      if (term.column->integer) largest = std::max(largest, std::fabs(term.coef));
+    }
+  }
+  return std::max(LeastIntegerTolerance, std::min(IntegerTolerance, 0.1 * RowTolerance / largest));
+}
+
+Tree search(Task& task, const OsiSolverInterface& root, Incumbent* best) {
   CbcModel model(root);
   model.setLogLevel(0);
   model.messageHandler()->setLogLevel(0);
   model.solver()->setHintParam(OsiDoReducePrint, true, OsiHintTry);
-  TreeEvents events(&task);
+  bool hadCandidate = false;
+  TreeEvents events(&task, &model, &hadCandidate);
   model.passInEventHandler(&events);
   model.setUseElapsedTime(true);
+  model.setIntegerTolerance(integerTolerance(task.store));
   if (task.timeLimit >= 0.0) model.setMaximumSeconds(task.remaining());
-  if (task.gapLimit >= 0.0) model.setAllowableFractionGap(task.gapLimit);
   if (task.nodeLimit >= 0) model.setMaximumNodes(static_cast<int>(task.nodeLimit));
-  if (cutoff < NoLimit) model.setCutoff(cutoff);
+  if (best->point.has_value()) {
+    model.setCutoff(best->cost - Improvement * std::max(1.0, std::fabs(best->cost)));
+  }
   addCuts(model);
   addHeuristics(model);
   model.setMaximumCutPassesAtRoot(-100);
-  model.setNumberBeforeTrust(5);
+  // Branching by pseudo costs starts hot, which fails an assertion of the solver on small programs.
+  model.setNumberBeforeTrust(0);
   model.initialSolve();
   model.branchAndBound();
 
   Tree tree;
   tree.nodes = model.getNodeCount();
   tree.iterations = model.getIterationCount();
-  tree.hasSolution = model.bestSolution() != nullptr;
   tree.bound = model.getBestPossibleObjValue();
-  if (model.isContinuousUnbounded()) {
-    tree.status = ZylAlgorithm::InfeasibleOrUnbounded;
-  } else if (model.status() == 0) {
-    // The search has come to its end.
-    tree.status = tree.hasSolution ? ZylAlgorithm::Optimal : ZylAlgorithm::Infeasible;
+  tree.isFinished = model.status() == 0 && !model.isContinuousUnbounded();
+  if (model.bestSolution() == nullptr) {
+    tree.isDoubtful = tree.isFinished && hadCandidate;
+    return tree;
   }
-  if (tree.hasSolution) {
-    // The continuous columns at their best for the integer ones found.
-    for (int j = 0; j < root.getNumCols(); ++j) {
-      if (!root.isInteger(j)) continue;
-      const double value = std::round(model.bestSolution()[j]);
-      root.setColBounds(j, value, value);
-    }
-    root.resolve();
+  const Point found = settled(task.store, model.bestSolution(), /*rounded=*/true);
+  if (holds(task.store, found)) best->offer(task.store, found);
+  // The continuous columns at their best for the integer ones found.
+  Fixing fixing;
+  for (const auto& column : task.store.columns()) {
+    if (!column->integer) continue;
+    fixing.emplace_back(column.get(), found[static_cast<std::size_t>(column->position)]);
+  }
+  best->offer(task.store, completed(task, fixing));
+  // What was proved for a value that no point has, says nothing of the values above it.
+  const double claimed = model.getObjValue();
+  if (best->cost > claimed + ClaimTolerance * std::max(1.0, std::fabs(claimed))) {
+    tree.isFinished = false;
+    tree.isDoubtful = true;
+    tree.bound = std::min(tree.bound, claimed);
   }
   return tree;
 }
@@ -324,41 +271,48 @@ Tree search(Task& task, OsiSolverInterface& root, double cutoff) {
 }  // namespace
 
 ZylCbcResult solveInteger(Task& task) {
-  ZylCbcResult result = finished(task, ZylAlgorithm::Unknown);
-  std::vector<double> best;
-  double bestValue = ZylInfinity;
-  if (completeStart(task, &best)) {
-    bestValue = minimumOf(task, best);
-    task.report(true, task.clientValue(bestValue), task.clientValue(-ZylInfinity), 0);
-  } else {
-    best.clear();
+  Incumbent best;
+  const Fixing start = startOf(task);
+  if (!start.empty()) best.offer(task.store, completed(task, start));
+  if (best.point.has_value()) {
+    task.report(true, task.clientValue(best.cost), task.clientValue(-ZylInfinity), 0);
   }
-  const auto keepBest = [&](Status status, double bound) {
-    result.status = status;
-    result.hasSolution = !best.empty();
-    if (!best.empty()) {
-      writeValues(task, best);
-      result.value = task.clientValue(bestValue);
+  long iterations = 0;
+  long nodes = 0;
+  const auto finish = [&](Status status, double bound) {
+    ZylCbcResult result = finished(task, status);
+    result.iterations = iterations;
+    result.nodes = nodes;
+    result.hasSolution = best.point.has_value();
+    if (result.hasSolution) {
+      writeValues(task, *best.point);
+      result.value = task.clientValue(best.cost);
     }
-    result.bound = status == ZylAlgorithm::Optimal ? result.value : task.clientValue(bound);
+    result.bound = task.clientValue(std::min(bound, best.cost));
     task.report(result.hasSolution, result.value, result.bound, result.nodes);
     return result;
   };
+  const auto finishStopped = [&](double bound) {
+    return finish(best.point.has_value() ? ZylAlgorithm::Feasible : ZylAlgorithm::Unknown, bound);
+  };
 
-  runSimplex(task);
-  result.iterations = task.store.program().numberIterations();
-  switch (task.store.program().status()) {
-    case 0: break;
-    case 1: return finished(task, ZylAlgorithm::Infeasible);
-    case 2:
-      return finished(task, isFeasible(task.store.program()) ? ZylAlgorithm::InfeasibleOrUnbounded
-                                                             : ZylAlgorithm::Infeasible);
-    default:
-      return keepBest(best.empty() ? ZylAlgorithm::Unknown : ZylAlgorithm::Feasible, -ZylInfinity);
-  }
-  const double rootBound = task.store.program().objectiveValue();
+  std::optional<Point> unused;
+  const Status relaxed = solveRelaxation(task, &unused);
+  iterations = task.store.program().numberIterations();
+  if (relaxed == ZylAlgorithm::Unbounded)
+    return finished(task, ZylAlgorithm::InfeasibleOrUnbounded);
+  if (relaxed == ZylAlgorithm::Infeasible && !best.point.has_value())
+    return finished(task, relaxed);
+  if (relaxed != ZylAlgorithm::Optimal && task.isStopped()) return finishStopped(-ZylInfinity);
+  const double rootBound =
+      relaxed == ZylAlgorithm::Optimal ? task.store.program().objectiveValue() : -ZylInfinity;
+  const auto isNearEnough = [&](double bound) {
+    return best.point.has_value() &&
+           task.isWithinGap(task.clientValue(best.cost), task.clientValue(bound));
+  };
+  if (isNearEnough(rootBound)) return finish(ZylAlgorithm::Optimal, rootBound);
 
-  // A copy: the search fixes columns in it.
+  // A copy: the search works on it.
   OsiClpSolverInterface root(new ClpSimplex(task.store.program()), /*reallyOwn=*/true);
   root.setHintParam(OsiDoReducePrint, true, OsiHintTry);
   root.messageHandler()->setLogLevel(0);
@@ -367,28 +321,19 @@ ZylCbcResult solveInteger(Task& task) {
   }
   // No preprocessing: that of this solver has been seen to lose the optimum of small models.
   root.initialSolve();
-  const double cutoff =
-      best.empty() ? NoLimit * 10 : bestValue - Improvement * std::max(1.0, std::fabs(bestValue));
-  const Tree tree = search(task, root, cutoff);
-  result.nodes = tree.nodes;
-  result.iterations += tree.iterations;
-  if (tree.hasSolution) {
-    best = valuesOf(root.getColSolution(), root.getNumCols());
-    bestValue = minimumOf(task, best);
+  Tree tree = search(task, root, &best);
+  nodes = tree.nodes;
+  iterations += tree.iterations;
+  if (tree.isDoubtful) tree.isFinished = searchPlainly(task, &best);
+  if (tree.isFinished) {
+    if (!best.point.has_value()) return finished(task, ZylAlgorithm::Infeasible);
+    return finish(ZylAlgorithm::Optimal, best.cost);
   }
-  switch (tree.status) {
-    case ZylAlgorithm::Optimal: return keepBest(ZylAlgorithm::Optimal, bestValue);
-    case ZylAlgorithm::Infeasible:
-      // Nothing better than the start.
-      if (!best.empty()) return keepBest(ZylAlgorithm::Optimal, bestValue);
-      return finished(task, ZylAlgorithm::Infeasible);
-    case ZylAlgorithm::InfeasibleOrUnbounded:
-      return finished(task, ZylAlgorithm::InfeasibleOrUnbounded);
-    default: break;
-  }
-  const double bound = std::max(rootBound, std::fabs(tree.bound) < 1e50 ? tree.bound : rootBound);
-  return keepBest(best.empty() ? ZylAlgorithm::Unknown : ZylAlgorithm::Feasible,
-                  std::min(bound, best.empty() ? bound : bestValue));
+  // The tree knows no bound before its root is solved.
+  const double bound =
+      std::fabs(tree.bound) < NoLimit ? std::max(rootBound, tree.bound) : rootBound;
+  if (isNearEnough(bound)) return finish(ZylAlgorithm::Optimal, bound);
+  return finishStopped(bound);
 }
 
 }  // namespace zyl::cbc

@@ -4,8 +4,11 @@
 #define ZYL_CBC_SEARCH_H
 
 #include <chrono>
+#include <exception>
+#include <optional>
 
 #include "engine_impl.h"
+#include "point.h"
 
 namespace zyl::cbc {
 
@@ -34,11 +37,35 @@ struct Task {
   std::ostream* log;
   ZylCbcListener* listener;
   Clock clock;
+  // What a listener threw. The solver's frames are not made for exceptions, so it is kept until
+  // they are left; meanwhile the search stops.
+  std::exception_ptr failure;
 
-  double remaining() const { return timeLimit < 0.0 ? -1.0 : std::max(0.0, timeLimit - clock.elapsed()); }
+  double remaining() const {
+    return timeLimit < 0.0 ? -1.0 : std::max(0.0, timeLimit - clock.elapsed());
+  }
   bool isOutOfTime() const { return timeLimit >= 0.0 && clock.elapsed() >= timeLimit; }
+  bool isStopped() const { return interrupted || failure != nullptr || isOutOfTime(); }
+  bool isWithinGap(double value, double bound) const;
   double clientValue(double minimum) const { return sign * minimum + constant; }
   void report(bool hasValue, double value, double bound, long nodes);
+
+ private:
+  void tell(const ZylCbcProgress& progress) const;
+};
+
+/// The best solution known, of the minimisation.
+struct Incumbent {
+  std::optional<Point> point;
+  double cost = ZylInfinity;
+
+  void offer(const LinearStore& store, std::optional<Point> other) {
+    if (!other.has_value()) return;
+    const double otherCost = costOf(store, *other);
+    if (point.has_value() && cost <= otherCost) return;
+    point = std::move(other);
+    cost = otherCost;
+  }
 };
 
 /// Relative distance of a value and a bound.

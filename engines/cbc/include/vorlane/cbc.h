@@ -17,7 +17,8 @@ struct ZylCbcProgress {
   double seconds;  ///< elapsed since the search began
 };
 
-/// Hears of the progress of a search, on the thread that searches.
+/// Hears of the progress of a search, on the thread that searches. It may throw, which ends the
+/// search, but not end the engine.
 class ZYL_EXPORT ZylCbcListener {
  public:
   virtual ~ZylCbcListener();
@@ -32,6 +33,10 @@ class ZYL_EXPORT ZylCbcListener {
 /// `ZylAlgorithm::CannotExtractException` with every object refused. Edits are followed without a
 /// reload, and the next `solve` starts from what the last one left.
 ///
+/// An edit that raised (the engine cannot follow it, or was searching) has changed the model all the
+/// same. The engine then knows that it is behind: it answers of the last solve, takes no further
+/// edits, and the next `solve` loads afresh, which raises what `load` would.
+///
 /// Installs no class hooks: any number of engines live side by side. One thread; only `interrupt`
 /// may be called from another.
 class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
@@ -39,17 +44,30 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
   explicit ZylCbcI(ZylEnvI* env);
   ~ZylCbcI() override;
 
+  // What would pull the model from under a search (from a listener, say) raises
+  // `ZylNoChangeDuringSearchException`: these, `solve` and `clear`.
+  using ZylAlgorithmI::extract;
+  void extract(const ZylExtractableI* extractable) override;
+  using ZylAlgorithmI::remove;
+  void remove(const ZylExtractableI* extractable) override;
+  void loadWithoutClear(const ZylModelI* model) override;
+  void apply(const ZylChange& change, const ZylExtractableI* extractable) override;
+  void apply(const ZylChange& change) override;
   bool doExtract(const ZylExtractableI* extractable, void** handle) override;
   bool doRemove(const ZylExtractableI* extractable, void* handle) override;
   bool doApply(const ZylChange* change, void** handle, const ZylExtractableI* extractable) override;
   /// True if a solution is known afterwards. During the call edits of what the engine uses raise
   /// `ZylNoChangeDuringSearchException`. Raises `ZylWrongUsage` if no model is loaded, as after an
-  /// edit that the engine refused.
+  /// edit that made the engine drop it, and what `load` raises if the engine had to load afresh.
+  /// What a listener throws stops the search and comes out here; there is no solution then.
   bool solve() override;
+  /// A promise: Optimal and Feasible have a point that keeps rows (within 1e-6, and 1e-11 of the
+  /// largest term), bounds and integrality; Infeasible and Unbounded are shown; what a limit leaves
+  /// open is Unknown.
   ZylAlgorithm::Status getStatus() const override;
   void clear() override;
   // Values of the last solution. Raise `ZylAlgorithm::NotExtractedException` for what the engine
-  // was not given, `ZylAlgorithm::Exception` while there is no solution.
+  // was not given, `ZylAlgorithm::Exception` while there is no solution, or for what came later.
   double getObjValue() const override;
   using ZylAlgorithmI::getValue;
   double getValue(const ZylNumVarI* variable) const override;
@@ -60,9 +78,10 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
   /// optimality.
   double getDual(const ZylConstraintI* constraint) const;
   double getReducedCost(const ZylNumVarI* variable) const;
-  /// Distance of the constraint's expression to its nearer bound, negative if it is violated.
+  /// Distance of the constraint's expression, at the last solution, to its nearer bound, both as they
+  /// are now; negative if it is violated.
   double getSlack(const ZylConstraintI* constraint) const;
-  /// What no solution can beat; infinite if nothing is known.
+  /// What no solution can beat; `ZylInfinity`, or its negative, if nothing is known.
   double getBestBound() const;
   /// |value - bound| / max(|value|, 1e-10); infinite without a solution.
   double getGap() const;
@@ -75,7 +94,8 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
 
   /// Elapsed seconds for a solve; negative for no limit.
   void setTimeLimit(double seconds);
-  /// Relative gap at which a search may stop and call its solution optimal.
+  /// Relative gap at which a search may stop and call its solution optimal. The bound then tells how
+  /// far from the optimum the solution may be.
   void setGapLimit(double gap);
   void setNodeLimit(long nodes);
   /// A point to start from: the values of some variables. The next solve fixes the integer ones
@@ -91,6 +111,10 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
  private:
   friend class ZylCbcSearch;
   class Impl;
+  class Nested;
+  void checkIdle() const;
+  void fallBehind() noexcept;
+  void catchUp();
   std::unique_ptr<Impl> _engine;
 };
 
