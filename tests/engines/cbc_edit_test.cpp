@@ -75,7 +75,6 @@ class EditedModel {
     return ZylNumExprArg(node);
   }
 
-  // Bounded on both sides, so that no objective is unbounded.
   void addVariable() {
     const double lower = number();
     const double upper = lower + pick(9);
@@ -103,6 +102,14 @@ class EditedModel {
         {"add range", [&] { if (count(_ranges) < 9) addRange(); }},
         {"variable LB", [&] { variable().setLB(number()); }},
         {"variable UB", [&] { variable().setUB(number() + 4); }},
+        {"free variable", [&] {
+           // Integer ones stay bounded: the tree search needs not end otherwise.
+           const ZylNumVar v = variable();
+           if (v.getType() == ZylNumVar::Float && _conversions.empty()) {
+             v.setBounds(-ZylInfinity, ZylInfinity);
+             _hasFree = true;
+           }
+         }},
         {"variable bounds", [&] { const double l = number(); variable().setBounds(l, l + pick(6)); }},
         {"variable array bounds", [&] {
            ZylNumVarArray vars(_env, 2L, variable(), variable());
@@ -158,6 +165,7 @@ class EditedModel {
          }},
         {"comparison", [&] { somewhere().add(sum() <= sum() + 30); }},
         {"convert", [&] {
+           if (_hasFree) return;
            const ZylNumVar::Type types[] = {ZylNumVar::Float, ZylNumVar::Int};
            ZylConversion conversion(_env, variable(), types[pick(2)]);
            _conversions.push_back(conversion);
@@ -218,6 +226,7 @@ class EditedModel {
   ZylObjective _objective;
   bool _hasObjective = true;
   bool _hasNested = true;
+  bool _hasFree = false;
   ZylCbc _following;
   std::string _trace;
 };

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <sstream>
 
 #include "support/support.h"
@@ -168,6 +169,23 @@ TEST_F(CbcTest, RefusesByNamingEveryCulprit) {
                                         "ZylCbc::solve: no model is loaded"));
 }
 
+// What it could not follow leaves it behind the model; a fresh load decides at the next solve.
+TEST_F(CbcTest, LoadsAfreshAfterAnEditItCouldNotFollow) {
+  ZylNumVar x(env, 0, 10);
+  ZylNumVar y(env, 0, 10);
+  ZylRange range = x + y <= 3;
+  model.add(range);
+  model.add(ZylMaximize(env, x));
+  ASSERT_EQ(solve(), ZylAlgorithm::Optimal);
+  EXPECT_THROW(range.setExpr(x * y), ZylAlgorithm::CannotChangeException);
+  range.setExpr(x - y);
+  y.setUB(2);
+  engine.solve();
+  EXPECT_NEAR(engine.getObjValue(), 5.0, 1e-9);
+  EXPECT_THROW(range.setLinearCoef(x, ZylInfinity), ZylAlgorithm::CannotChangeException);
+  EXPECT_THROW(engine.solve(), ZylAlgorithm::CannotExtractException);
+}
+
 TEST_F(CbcTest, RefusesNumbersThatNoProgramHolds) {
   ZylNumVar x(env, 0, 10);
   for (const double bad : {std::nan(""), ZylInfinity}) {
@@ -175,6 +193,134 @@ TEST_F(CbcTest, RefusesNumbersThatNoProgramHolds) {
     broken.add(bad * x <= 3);
     EXPECT_THROW(engine.extract(broken), ZylAlgorithm::CannotExtractException);
   }
+  ZylModel broken(env);
+  broken.add(ZylNumVar(env, ZylNumArray(env, 2L, 1.0, ZylInfinity)));
+  EXPECT_THROW(engine.extract(broken), ZylAlgorithm::CannotExtractException);
+}
+
+// Programs on which the simplex answers wrongly: a direction of unlimited gain in a column of no row.
+TEST_F(CbcTest, TellsUnboundedFromInfeasible) {
+  ZylNumVar y(env, -1, ZylInfinity);
+  ZylNumVar z(env, 0, 5);
+  ZylIntVar q(env, -1, 2);
+  ZylIntVar r(env, -2, 0);
+  model.add(-9 <= 2 * q + r - 3 * z <= 29);
+  model.add(ZylMinimize(env, 2 * q - 2 * r - 3 * y - 4 * z));
+  EXPECT_EQ(solve(), ZylAlgorithm::InfeasibleOrUnbounded);
+  model.add(ZylConversion(env, ZylNumVarArray(env, 2L, q, r), ZylNumVar::Float));
+  engine.solve();
+  EXPECT_EQ(engine.getStatus(), ZylAlgorithm::Unbounded);
+  y.setUB(0);
+  engine.solve();
+  EXPECT_EQ(engine.getStatus(), ZylAlgorithm::Optimal);
+}
+
+// A binary that is nearly 0 is no 0 where it is multiplied by much.
+TEST_F(CbcTest, SolvesRowsWithLargeCoefficients) {
+  for (const double factor : {1e6, 1e8, 1e9}) {
+    ZylNumVar x(env, 0, ZylInfinity);
+    ZylBoolVar b(env);
+    ZylModel switched(env);
+    switched.add(x - factor * b <= 0);
+    switched.add(x >= 0.05);
+    switched.add(ZylMinimize(env, b + 0.0));
+    engine.extract(switched);
+    ASSERT_TRUE(engine.solve()) << factor;
+    EXPECT_EQ(engine.getIntValue(b), 1);
+    EXPECT_EQ(engine.getObjValue(), 1.0);
+  }
+}
+
+// What is told of the objective is what the values told add up to.
+TEST_F(CbcTest, TellsAnObjectiveThatThePointHas) {
+  ZylIntVarArray v(env, 4L, -2L, 2L);
+  v[0].setBounds(0, 2);
+  v[1].setBounds(-2, 0);
+  v[2].setBounds(-1, 2);
+  v[3].setBounds(-2, 1);
+  ZylNumVar x(env, 1, ZylInfinity);
+  const ZylRange rows[] = {
+      -1 <= -300000 * v[1] - 0.004 * v[2] + 2 * v[3] - 5 * x,
+      -11 <= -300000 * v[0] - 2 * v[1] - 3 * v[2] + 3 * v[3] - 5 * x,
+      -23 <= -5000 * v[0] - 0.001 * v[1] + 1000 * v[2] + 0.005 * v[3] + x <= 3};
+  for (const ZylRange& row : rows) model.add(row);
+  const ZylObjective cost =
+      ZylMinimize(env, -100000 * v[0] - 5 * v[1] + 4 * v[2] + 100000 * v[3] + x - 2);
+  model.add(cost);
+  ASSERT_EQ(solve(), ZylAlgorithm::Optimal);
+  EXPECT_NEAR(engine.getObjValue(), engine.getValue(cost), 1e-6);
+  EXPECT_NEAR(engine.getObjValue(), -199996.0, 1e-3);
+  for (const ZylRange& row : rows) EXPECT_GE(engine.getSlack(row), -1e-6);
+}
+
+// Stopped at once after an edit, it tells a point of the edited model or none.
+TEST_F(CbcTest, TellsNoPointThatBreaksRowsWhenStopped) {
+  ZylNumVarArray x(env, 30L, 0, 10);
+  ZylExpr cost(env);
+  for (long i = 0; i < x.getSize(); ++i) cost += static_cast<double>(1 + i * 37 % 11) * x[i];
+  for (long k = 0; k < 20; ++k) {
+    ZylExpr sum(env);
+    for (long i = k % 3; i < x.getSize(); i += 1 + k % 4) {
+      sum += static_cast<double>(1 + (i * 31 + k * 17) % 13) * x[i];
+    }
+    model.add(sum >= 20.0 + static_cast<double>(k));
+  }
+  model.add(ZylMinimize(env, cost));
+  ASSERT_EQ(solve(), ZylAlgorithm::Optimal);
+  const ZylRange more = x[0] + x[1] + x[2] >= 25;
+  model.add(more);
+  engine.setTimeLimit(0.0);
+  engine.solve();
+  if (engine.getStatus() == ZylAlgorithm::Feasible) {
+    EXPECT_GE(engine.getSlack(more), -1e-6);
+  } else {
+    EXPECT_EQ(engine.getStatus(), ZylAlgorithm::Unknown);
+  }
+  EXPECT_EQ(engine.getBestBound(), -ZylInfinity);
+}
+
+// A basis that edits have left is no proof of anything: here a variable stands between its bounds.
+TEST_F(CbcTest, FollowsBoundsThatComeAndGo) {
+  ZylNumVar x(env, -ZylInfinity, 5);
+  ZylNumVar y(env, -ZylInfinity, ZylInfinity);
+  ZylNumVar z(env, 2, 5);
+  const ZylRange row = -2 <= x + z;
+  model.add(row);
+  const ZylObjective cost = ZylMinimize(env, -1 * x + 5 * y - z + 2);
+  model.add(cost);
+  EXPECT_EQ(solve(), ZylAlgorithm::Unbounded);
+  y.setUB(7);
+  row.setLinearCoef(z, 4);
+  cost.setLinearCoef(z, 2);
+  engine.solve();
+  EXPECT_EQ(engine.getStatus(), ZylAlgorithm::Unbounded);
+  y.setLB(-4);
+  row.setLinearCoef(x, 0);
+  cost.setLinearCoef(y, 1);
+  engine.solve();
+  ASSERT_EQ(engine.getStatus(), ZylAlgorithm::Optimal);
+  EXPECT_NEAR(engine.getObjValue(), -3.0, 1e-9);
+}
+
+TEST_F(CbcTest, HasNoAnswersForWhatCameAfterTheSolve) {
+  ZylNumVar x(env, 0, 10);
+  const ZylRange old = x <= 8;
+  model.add(old);
+  model.add(ZylMaximize(env, x));
+  ASSERT_EQ(solve(), ZylAlgorithm::Optimal);
+  const ZylRange late = x <= 3;
+  ZylNumVar other(env, 0, 1);
+  model.add(late);
+  model.add(other);
+  const auto isMissing = [](const std::function<void()>& query) {
+    return RaisesWith<ZylAlgorithm::Exception>(query, "ZylCbc: no solution is available");
+  };
+  EXPECT_TRUE(isMissing([&] { engine.getSlack(late); }));
+  EXPECT_TRUE(isMissing([&] { engine.getDual(late); }));
+  EXPECT_TRUE(isMissing([&] { engine.getReducedCost(other); }));
+  EXPECT_NEAR(engine.getSlack(old), 0.0, 1e-9);
+  engine.solve();
+  EXPECT_NEAR(engine.getDual(late), 1.0, 1e-9);
 }
 
 TEST_F(CbcTest, TellsWhatItWasNotGiven) {
@@ -201,29 +347,71 @@ struct CbcSearchTest : CbcTest {
   ZylBoolVarArray items;
 };
 
-/// Edits the model from inside the search.
+/// Does something from inside the search.
 struct Meddler : ZylCbcListener {
-  ZylIntVar variable;
-  bool refused = false;
-  void onProgress(const ZylCbcProgress&) override {
-    try {
-      variable.setMax(0);
-    } catch (const ZylNoChangeDuringSearchException&) {
-      refused = true;
-    }
-  }
+  std::function<void()> deed;
+  void onProgress(const ZylCbcProgress&) override { deed(); }
 };
 
-TEST_F(CbcSearchTest, RefusesEditsDuringTheSearch) {
+// The edit has changed the model although it raised: the next solve must answer for that.
+TEST_F(CbcSearchTest, RefusesEditsDuringTheSearchAndCatchesUpAfterwards) {
   Meddler meddler;
-  meddler.variable = items[0];
+  const ZylRange none = ZylRange(env, 0.0, items[2] + items[3], 0.0);
+  meddler.deed = [&] {
+    EXPECT_THROW(items[0].setMax(0), ZylNoChangeDuringSearchException);
+    EXPECT_THROW(model.add(none), ZylNoChangeDuringSearchException);
+  };
   engine.setListener(&meddler);
   EXPECT_EQ(solve(), ZylAlgorithm::Optimal);
-  EXPECT_TRUE(meddler.refused);
   engine.setListener(nullptr);
   items[1].setMax(0);  // and takes them afterwards
   engine.solve();
-  EXPECT_EQ(engine.getIntValue(items[1]), 0);
+  for (long i = 0; i < 4; ++i) EXPECT_EQ(engine.getIntValue(items[i]), 0) << i;
+  ZylCbc fresh(model);
+  fresh.setLogLevel(0);
+  fresh.solve();
+  EXPECT_NEAR(engine.getObjValue(), fresh.getObjValue(), 1e-6);
+}
+
+TEST_F(CbcSearchTest, KeepsItsModelWhatAListenerDoes) {
+  Meddler meddler;
+  long calls = 0;
+  meddler.deed = [&] {
+    ++calls;
+    EXPECT_THROW(engine.extract(model), ZylNoChangeDuringSearchException);
+    EXPECT_THROW(engine.clear(), ZylNoChangeDuringSearchException);
+    EXPECT_THROW(engine.solve(), ZylNoChangeDuringSearchException);
+  };
+  engine.setListener(&meddler);
+  EXPECT_EQ(solve(), ZylAlgorithm::Optimal);
+  EXPECT_GT(calls, 0);
+  const double best = engine.getObjValue();
+  items[0].setMax(0);
+  items[0].setMax(1);
+  meddler.deed = [] { throw 42; };
+  EXPECT_THROW(engine.solve(), int);
+  EXPECT_EQ(engine.getStatus(), ZylAlgorithm::Unknown);
+  EXPECT_THROW(engine.getObjValue(), ZylAlgorithm::Exception);
+  engine.setListener(nullptr);
+  EXPECT_TRUE(engine.solve());
+  EXPECT_NEAR(engine.getObjValue(), best, 1e-6);
+}
+
+TEST_F(CbcSearchTest, TellsATrueBoundWhenItStopsAtAGap) {
+  ASSERT_EQ(solve(), ZylAlgorithm::Optimal);
+  const double best = engine.getObjValue();
+  EXPECT_EQ(engine.getBestBound(), best);
+  for (const double gap : {0.5, 0.05, 0.01}) {
+    ZylCbc other(model);
+    other.setLogLevel(0);
+    other.setGapLimit(gap);
+    ASSERT_TRUE(other.solve());
+    EXPECT_EQ(other.getStatus(), ZylAlgorithm::Optimal);
+    EXPECT_LE(other.getObjValue(), best + 1e-6);
+    EXPECT_GE(other.getBestBound(), best - 1e-6) << gap;
+    EXPECT_LE(other.getGap(), gap);
+    other.end();
+  }
 }
 
 TEST_F(CbcSearchTest, StopsWhenInterruptedBeforeItStarts) {
