@@ -80,6 +80,20 @@ TEST_F(CbcTest, TellsEachStatusApart) {
   EXPECT_EQ(solve(), ZylAlgorithm::Infeasible);
 }
 
+// The solver ends the process on some of these where it sees the largest integers as bounds.
+TEST_F(CbcTest, SearchesIntegersWithoutBounds) {
+  ZylIntVar i(env, 3, ZylIntMax);
+  ZylIntVar j(env, -ZylIntMax, ZylIntMax);
+  ZylNumVar x(env, -0.375, ZylInfinity);
+  model.add(-2.75 * j - 4.625 * x + 1.125 * i >= -21.640625);
+  model.add(ZylMinimize(env, 0.625 * i - 4.375 * j));
+  EXPECT_EQ(solve(), ZylAlgorithm::InfeasibleOrUnbounded);
+  i.setUB(8);
+  ASSERT_EQ(solve(), ZylAlgorithm::Optimal);
+  EXPECT_EQ(engine.getIntValue(i), 7);
+  EXPECT_EQ(engine.getIntValue(j), 11);
+}
+
 TEST_F(CbcTest, TakesEnumeratedValues) {
   ZylNumVar x(env, ZylNumArray(env, 3L, -2.5, 0.0, 4.25));
   ZylIntVar y(env, ZylIntArray(env, 3L, 7L, 1L, 3L));
@@ -165,8 +179,8 @@ TEST_F(CbcTest, RefusesByNamingEveryCulprit) {
   // An edit that cannot be followed destroys the extraction.
   EXPECT_THROW(model.add(product), ZylAlgorithm::CannotExtractException);
   EXPECT_FALSE(engine.isExtracted(fine));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { engine.solve(); },
-                                        "ZylCbc::solve: no model is loaded"));
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { engine.solve(); }, "ZylCbc::solve: no model is loaded"));
 }
 
 // What it could not follow leaves it behind the model; a fresh load decides at the next solve.
@@ -198,7 +212,8 @@ TEST_F(CbcTest, RefusesNumbersThatNoProgramHolds) {
   EXPECT_THROW(engine.extract(broken), ZylAlgorithm::CannotExtractException);
 }
 
-// Programs on which the simplex answers wrongly: a direction of unlimited gain in a column of no row.
+// Programs on which the simplex answers wrongly: a direction of unlimited gain in a column of no
+// row.
 TEST_F(CbcTest, TellsUnboundedFromInfeasible) {
   ZylNumVar y(env, -1, ZylInfinity);
   ZylNumVar z(env, 0, 5);

@@ -41,15 +41,18 @@ struct Compressed {
 
 }  // namespace
 
+// The largest integer of the library says of an integer variable that it has no bound.
+constexpr double LargestInteger = static_cast<double>(ZylIntMax);
+
 double programLower(double bound, bool integer) noexcept {
-  if (bound < -ZylNumMax) return -COIN_DBL_MAX;
+  if (bound < -ZylNumMax || (integer && bound <= -LargestInteger)) return -COIN_DBL_MAX;
   if (bound > ZylNumMax) return COIN_DBL_MAX;
   return integer ? std::ceil(bound - IntegralityTolerance) : bound;
 }
 
 double programUpper(double bound, bool integer) noexcept {
   if (bound < -ZylNumMax) return -COIN_DBL_MAX;
-  if (bound > ZylNumMax) return COIN_DBL_MAX;
+  if (bound > ZylNumMax || (integer && bound >= LargestInteger)) return COIN_DBL_MAX;
   return integer ? std::floor(bound + IntegralityTolerance) : bound;
 }
 
@@ -181,9 +184,8 @@ void LinearStore::setValues(Column* column, const std::vector<double>& values, b
 }
 
 bool LinearStore::hasIntegers() const noexcept {
-  return std::any_of(_columns.begin(), _columns.end(), [](const auto& column) {
-    return !column->gone && column->integer;
-  });
+  return std::any_of(_columns.begin(), _columns.end(),
+                     [](const auto& column) { return !column->gone && column->integer; });
 }
 
 bool LinearStore::hasCrossedBounds() const noexcept {
@@ -200,7 +202,8 @@ bool LinearStore::hasCrossedBounds() const noexcept {
                      [&](const auto& row) { return crossed(row->lower, row->upper); });
 }
 
-// --- synchronisation ------------------------------------------------------------------------------
+// --- synchronisation
+// ------------------------------------------------------------------------------
 
 void LinearStore::dropGone() {
   if (!_anyGone) return;
@@ -236,7 +239,8 @@ void LinearStore::synchronise() {
   // What is new stands behind what has a position.
   const int oldColumns = _program->numberColumns();
   const int oldRows = _program->numberRows();
-  for (int i = oldColumns; i < sizeOf(_columns); ++i) _columns[static_cast<std::size_t>(i)]->position = i;
+  for (int i = oldColumns; i < sizeOf(_columns); ++i)
+    _columns[static_cast<std::size_t>(i)]->position = i;
   if (oldColumns == 0 && oldRows == 0) {
     loadAll();
   } else {
@@ -271,10 +275,9 @@ void LinearStore::loadAll() {
     upper.push_back(programUpper(column->upper, column->integer));
     costs.push_back(column->cost);
   }
-  const CoinPackedMatrix matrix(false, sizeOf(_columns), sizeOf(_rows),
-                                static_cast<CoinBigIndex>(rows.elements.size()),
-                                rows.elements.data(), rows.columns.data(), rows.starts.data(),
-                                nullptr);
+  const CoinPackedMatrix matrix(
+      false, sizeOf(_columns), sizeOf(_rows), static_cast<CoinBigIndex>(rows.elements.size()),
+      rows.elements.data(), rows.columns.data(), rows.starts.data(), nullptr);
   _program->loadProblem(matrix, lower.data(), upper.data(), costs.data(), rows.lower.data(),
                         rows.upper.data());
 }

@@ -40,6 +40,8 @@ constexpr double IntegerTolerance = 1e-9;
 constexpr double LeastIntegerTolerance = 1e-13;
 // A value that a search claims may miss the one of its point by this, relative to it.
 constexpr double ClaimTolerance = 1e-6;
+// Integer columns without a bound are searched so far.
+constexpr double LargestSearched = 1e9;
 // A search need not look for what is better by less, relative to the value known.
 constexpr double Improvement = 1e-9;
 
@@ -217,6 +219,30 @@ double integerTolerance(const LinearStore& store) {
   return std::max(LeastIntegerTolerance, std::min(IntegerTolerance, 0.1 * RowTolerance / largest));
 }
 
+// Bounds an integer column for the tree search, which ends the process on some programs with
+// integer columns that have no bound. Returns whether it had none.
+bool closeColumn(OsiSolverInterface* root, int column) {
+  const double lower = root->getColLower()[column];
+  const double upper = root->getColUpper()[column];
+  if (lower >= -LargestSearched && upper <= LargestSearched) return false;
+  if (lower < -LargestSearched) {
+    root->setColLower(column, std::min(-LargestSearched, upper - LargestSearched));
+  }
+  if (upper > LargestSearched) {
+    root->setColUpper(column, std::max(LargestSearched, lower + LargestSearched));
+  }
+  return true;
+}
+
+// Whether the point stands where the search was stopped and the model would go on.
+bool isCutOff(const Point& point, const OsiSolverInterface& root, const std::vector<int>& closed) {
+  return std::any_of(closed.begin(), closed.end(), [&](int column) {
+    const double value = point[static_cast<std::size_t>(column)];
+    return std::fabs(value) >= LargestSearched &&
+           (value >= root.getColUpper()[column] || value <= root.getColLower()[column]);
+  });
+}
+
 Tree search(Task& task, const OsiSolverInterface& root, Incumbent* best) {
   CbcModel model(root);
   model.setLogLevel(0);
@@ -316,8 +342,11 @@ ZylCbcResult solveInteger(Task& task) {
   OsiClpSolverInterface root(new ClpSimplex(task.store.program()), /*reallyOwn=*/true);
   root.setHintParam(OsiDoReducePrint, true, OsiHintTry);
   root.messageHandler()->setLogLevel(0);
+  std::vector<int> closed;
   for (const auto& column : task.store.columns()) {
-    if (column->integer) root.setInteger(column->position);
+    if (!column->integer) continue;
+    root.setInteger(column->position);
+    if (closeColumn(&root, column->position)) closed.push_back(column->position);
   }
   // No preprocessing: that of this solver has been seen to lose the optimum of small models.
   root.initialSolve();
@@ -327,6 +356,8 @@ ZylCbcResult solveInteger(Task& task) {
   if (tree.isDoubtful) tree.isFinished = searchPlainly(task, &best);
   if (tree.isFinished) {
     if (!best.point.has_value()) return finished(task, ZylAlgorithm::Infeasible);
+    const double reached = rootBound + ClaimTolerance * std::max(1.0, std::fabs(rootBound));
+    if (best.cost > reached && isCutOff(*best.point, root, closed)) return finishStopped(rootBound);
     return finish(ZylAlgorithm::Optimal, best.cost);
   }
   // The tree knows no bound before its root is solved.

@@ -37,6 +37,9 @@ class ZYL_EXPORT ZylCbcListener {
 /// same. The engine then knows that it is behind: it answers of the last solve, takes no further
 /// edits, and the next `solve` loads afresh, which raises what `load` would.
 ///
+/// Integer variables without a bound on a side are searched up to 1e9 beyond the other one, or beyond
+/// zero; a solution that ends there is called Feasible unless nothing can be better.
+///
 /// Installs no class hooks: any number of engines live side by side. One thread; only `interrupt`
 /// may be called from another.
 class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
