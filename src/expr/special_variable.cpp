@@ -45,8 +45,8 @@ ZylExtractableI* ZylConstraintIndVarI::makeClone(ZylEnvI* env) const {
   return new (env) ZylConstraintIndVarI(env, constraint);
 }
 
-// Other variables depend on nothing. NOLINTNEXTLINE(bugprone-parent-virtual-call)
 void ZylConstraintIndVarI::atRemove(ZylExtractableI* removed, void* extra) {
+  // Other variables depend on nothing. NOLINTNEXTLINE(bugprone-parent-virtual-call)
   ZylExtractableI::atRemove(removed, extra);
 }
 

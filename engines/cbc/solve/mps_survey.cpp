@@ -97,6 +97,7 @@ class MpsSurvey {
   void sideLine(const Card& card);
   void side(std::string_view name, std::string_view value);
   void boundLine(const Card& card);
+  void appendBound(const std::string& type, int column, double value);
   void checkSet(std::string_view set);
 
   Lines _lines;
@@ -391,9 +392,13 @@ void MpsSurvey::boundLine(const Card& card) {
   if (limits.hasLower && limits.hasUpper && limits.lower > limits.upper) {
     refuse("the bounds of column " + quoted(card.first) + " exclude each other");
   }
+  appendBound(type, column, value);
+}
+
+void MpsSurvey::appendBound(const std::string& type, int column, double value) {
   const bool infinite = std::isinf(value);
   _boundText += ' ';
-  _boundText += !infinite ? type : (upper ? "PL" : "MI");
+  _boundText += !infinite ? type : (value > 0 ? "PL" : "MI");
   _boundText += " b ";
   appendName(_boundText, 'x', column);
   if (needsValue(type) && !infinite) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <utility>
 
 #include "relaxation.h"
 
@@ -55,9 +56,9 @@ void branch(const Node& node, const Column& column, double value, std::vector<No
   Node up = node;
   down[column.position] = {interval.lower, below};
   up[column.position] = {below + 1.0, interval.upper};
-  const bool isUpNearer = value - below > 0.5;
-  open->push_back(isUpNearer ? std::move(down) : std::move(up));
-  open->push_back(isUpNearer ? std::move(up) : std::move(down));
+  if (value - below > 0.5) std::swap(down, up);
+  open->push_back(std::move(up));
+  open->push_back(std::move(down));
 }
 
 }  // namespace

@@ -151,7 +151,7 @@ std::optional<Point> findFeasible(Task& task) {
   const Point zeros(task.store.columns().size(), 0.0);
   elastic.chgObjCoefficients(zeros.data());
   // Two columns a row: one lifts its activity, one lowers it.
-  const auto count = static_cast<std::size_t>(2 * rows);
+  const auto count = 2 * static_cast<std::size_t>(rows);
   std::vector<CoinBigIndex> starts(count + 1);
   std::vector<int> indices(count);
   std::vector<double> elements(count);
