@@ -1,16 +1,10 @@
 #include "vorlane/constraint/for_all.h"
 
-#include <gtest/gtest.h>
-
-#include "support/recording.h"
-#include "support/support.h"
-#include "vorlane/constraint/comparison.h"
+#include "expr/fixture.h"
 #include "vorlane/constraint/for_all_change.h"
 
+namespace zyl::test {
 namespace {
-
-using zyl::test::DisplaysAs;
-using zyl::test::RaisesWith;
 
 /// A generator over nothing, for a front end that has none yet.
 class Index final : public ZylGeneratorI {
@@ -24,40 +18,36 @@ class Index final : public ZylGeneratorI {
     displayFilters(stream);
   }
   ~Index() override { ++died; }
-  static int died;
+  static inline int died = 0;
 };
-int Index::died = 0;
 ZYL_TYPE_DEF(Index, ZylGeneratorI)
 ZYL_CP_HOOKS_DEF(Index)
 
-TEST(ZylForAll, NestsAndShows) {
-  ZylEnv env;
-  ZylEnvI* e = env.getImpl();
-  ZylNumVar x(env, 0, 9, "x");
+using ZylForAll = ExprTest;
+
+TEST_F(ZylForAll, NestsAndShows) {
   const ZylRange inner = x <= 3;
-  ZylGeneratorI* index = new (e) Index(e);
+  ZylGeneratorI* index = new (impl) Index(impl);
   index->suchThat((x >= 1).getImpl())->suchThat(1);
-  auto* over = new (e) ZylComprehensionI(e, 1, &index);
-  auto* once = new (e) ZylForAllI(over, inner.getImpl());
-  auto* twice = new (e) ZylForAllI(over, once);
+  auto* over = new (impl) ZylComprehensionI(impl, 1, &index);
+  auto* once = new (impl) ZylForAllI(over, inner.getImpl());
+  auto* twice = new (impl) ZylForAllI(over, once);
   EXPECT_EQ(twice->getInnerConstraint(), inner.getImpl());
   const std::string head = "Forall( i in 1..3 / (1 <= x   && TrueConstraint ) | ";
   EXPECT_TRUE(DisplaysAs(ZylConstraint(twice), head + head + "x  <= 3  ) )"));
 
   ZylForAllRange third(env, once, 2);
   EXPECT_TRUE(DisplaysAs(third, "ZylForAllRange(" + head + "x  <= 3  ), 2)"));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
-      [&] { ZylForAllRange{inner}; },
-      "Cannot create an ZylForAllRange instance with this constraint"));
-  auto& engine = *new zyl::test::RecordingAlgorithm(e);  // the environment's
-  engine.extract(once);
-  engine.log.clear();
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { ZylForAllRange{inner}; },
+                                "Cannot create an ZylForAllRange instance with this constraint"));
+  values->extract(once);
+  values->log.clear();
   third.setUB(4);
   third.setLinearCoef(x, 2);
-  ASSERT_EQ(engine.log.size(), 2U);
-  EXPECT_EQ(engine.log[0], "apply ZylSetForAllRangeUB");
-  EXPECT_EQ(engine.lastTarget, once);
-
+  ASSERT_EQ(values->log.size(), 2U);
+  EXPECT_EQ(values->log[0], "apply ZylSetForAllRangeUB");
+  EXPECT_EQ(values->lastTarget, once);
   third.end();
 
   // Counted: the generator dies with the last that ranges over it.
@@ -66,7 +56,7 @@ TEST(ZylForAll, NestsAndShows) {
   EXPECT_EQ(Index::died, 0);
   ZylExtractable(once).end();
   EXPECT_EQ(Index::died, 1);
-  env.end();
 }
 
 }  // namespace
+}  // namespace zyl::test
