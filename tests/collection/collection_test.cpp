@@ -1,4 +1,4 @@
-// The tree of collections: what each class answers, refuses and says.
+// The tree of collections: what each class answers, refuses and says, and news of changes.
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 
 #include "collection/samples.h"
 #include "support/support.h"
+#include "vorlane/collection/data_change.h"
 
 namespace zyl::test {
 namespace {
@@ -66,11 +67,10 @@ TEST_F(ZylCollections, AnswerForTheirOwnTypeOnly) {
     }
   }
   const ZylDiscreteDataCollectionI* bare = collections[0].second;
-  EXPECT_TRUE(RaisesWith<ZylNotImplemented>(
-      [bare] { static_cast<void>(bare->iterator(nullptr)); },
-      "ZylDiscreteDataCollectionI::iterator(ZylGenAlloc*) is not implemented"));
-  EXPECT_TRUE(RaisesWith<ZylNotImplemented>([bare] { bare->getMapItemIndex(ZylObjectBase(1)); },
-                                            "not Implemented"));
+  ExpectEachRaises<ZylNotImplemented>(
+      {{"ZylDiscreteDataCollectionI::iterator(ZylGenAlloc*) is not implemented",
+        [bare] { static_cast<void>(bare->iterator(nullptr)); }},
+       {"not Implemented", [bare] { bare->getMapItemIndex(ZylObjectBase(1)); }}});
 }
 
 TEST_F(ZylCollections, DuplicatesAndSenseOfTheOrder) {
@@ -147,10 +147,9 @@ TEST_F(ZylCollections, StepsOfSets) {
   EXPECT_STREQ(ZylOperatorException(ZylObjectBase(1), 0, 1).getMessage(), "prevc()");
 
   auto* empty = make<ZylNumAbstractSetI>({});
-  EXPECT_TRUE(RaisesWith<ZylFirstLastElementNotFoundException>(
-      [&] { empty->getFirst(); }, " : first() element does not exist"));
-  EXPECT_TRUE(RaisesWith<ZylFirstLastElementNotFoundException>([&] { empty->getLast(); },
-                                                               " : last() element does not exist"));
+  ExpectEachRaises<ZylFirstLastElementNotFoundException>(
+      {{" : first() element does not exist", [&] { empty->getFirst(); }},
+       {" : last() element does not exist", [&] { empty->getLast(); }}});
   EXPECT_EQ(empty->getLB(), ZylInfinity);
   EXPECT_EQ(make<ZylIntAbstractSetI>({})->getLB(), ZylIntMax);
   EXPECT_EQ(make<ZylIntAbstractSetI>({ZylIntMax + 1})->getLB(), ZylIntMax);
@@ -229,6 +228,40 @@ TEST_F(ZylCollections, HelperConvertsWhatItKnows) {
   ExpectEachRaises<ZylWrongUsage>("Collection is not of the correct type",
                                   {[&] { ZylCollectionHelper::asNumRange(range); },
                                    [&] { ZylCollectionHelper::asIntRange(own); }});
+}
+
+class Listener : public ZylDataChangeListenerI {
+ public:
+  Listener(ZylEnvI* env, char name, std::string* log)
+      : ZylDataChangeListenerI(env), _name(name), _log(log) {}
+  void change() override {
+    if (_name == '!') throw ZylWrongUsage("no");
+    *_log += _name;
+  }
+
+ private:
+  char _name;
+  std::string* _log;
+};
+
+TEST_F(ZylCollections, NewsReachTheNewestListenerFirst) {
+  std::string log;
+  Listener a(impl, 'a', &log), b(impl, 'b', &log), refuses(impl, '!', &log);
+  auto* notifier = new (impl) ZylDataChangeNotifierI(impl);
+  notifier->change();
+  for (Listener* each : {&a, &b, &a}) notifier->registerListener(each);
+  notifier->change();
+  EXPECT_EQ(log, "aba");
+  notifier->unregisterListener(&a);
+  notifier->unregisterListener(&refuses);
+  notifier->change();
+  EXPECT_EQ(log, "abab");
+  notifier->registerListener(&refuses);
+  notifier->registerListener(&a);
+  EXPECT_THROW(notifier->change(), ZylWrongUsage);
+  EXPECT_EQ(log, "ababa");
+  EXPECT_THROW(notifier->registerListener(nullptr), ZylWrongUsage);
+  delete notifier;
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Sorting of arrays.
+// Sorting of arrays, and the mark of a sorted collection.
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,8 @@
 #include <vector>
 
 #include "support/support.h"
-#include "vorlane/collection/data_collection.h"
+#include "vorlane/collection/range.h"
+#include "vorlane/collection/sort_set_property.h"
 
 namespace zyl::test {
 namespace {
@@ -61,6 +62,19 @@ TEST_F(ZylSorting, BordersAndFailures) {
     nums[place] = nan;
     ZylDataCollection::sort(nums);  // Any order will do, so that it ends inside the array.
   }
+}
+
+TEST_F(ZylSorting, APropertyMarksOneCollection) {
+  ZylGenAlloc* alloc = impl->getGenAlloc();
+  const ZylIntRange range(env, 0, 1);
+  const ZylIntRange other(env, 0, 1);
+  range.addProperty(ZylNamedProperty(new (alloc) ZylSortSetPropertyI(alloc)));
+  EXPECT_TRUE(range.hasProperty("SortSet"));
+  const ZylNamedProperty mark = range.getProperty(ZylSortSetPropertyI::SortSet);
+  EXPECT_TRUE(DisplaysAs(mark, "SortSet"));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { other.addClonedProperty(mark); },
+                                        "can not clone this property"));
+  EXPECT_FALSE(other.hasProperty("SortSet"));
 }
 
 }  // namespace
