@@ -10,39 +10,37 @@ namespace {
 using ExpressionTest = ExprTest;
 
 TEST_F(ExpressionTest, SharedNodesAreCopiedByEveryEdit) {
-  using Edit = void (*)(ExpressionTest_SharedNodesAreCopiedByEveryEdit_Test*, ZylExpr&);
-  const Edit edits[] = {
-      [](auto*, ZylExpr& e) { e += 1; },
-      [](auto*, ZylExpr& e) { e -= 1; },
-      [](auto*, ZylExpr& e) { e *= 2; },
-      [](auto*, ZylExpr& e) { e /= 2; },
-      [](auto* test, ZylExpr& e) { e += test->x; },
-      [](auto* test, ZylExpr& e) { e -= test->i; },
-      [](auto* test, ZylExpr& e) { e += 2 * test->x; },
-      [](auto* test, ZylExpr& e) { e -= 2 * test->i; },
-      [](auto* test, ZylExpr& e) { e += ZylSin(test->x); },
-      [](auto* test, ZylExpr& e) { e -= test->x + test->y; },
-      [](auto* test, ZylExpr& e) { e.setLinearCoef(test->x, 9); },
-      [](auto* test, ZylExpr& e) {
-        e.setLinearCoefs(ZylNumVarArray(test->env, 1, test->x), ZylNumArray(test->env, 1, 9.0));
-      },
-      [](auto* test, ZylExpr& e) { e.remove(ZylNumVarArray(test->env, 1, test->y)); },
-      [](auto*, ZylExpr& e) { e.clear(); },
-      [](auto*, ZylExpr& e) { e.setNumConstant(7); },
+  const ZylNumArray nine(env, 1, 9.0);
+  const std::function<void(ZylExpr&)> edits[] = {
+      [](ZylExpr& e) { e += 1; },
+      [](ZylExpr& e) { e -= 1; },
+      [](ZylExpr& e) { e *= 2; },
+      [](ZylExpr& e) { e /= 2; },
+      [this](ZylExpr& e) { e += x; },
+      [this](ZylExpr& e) { e -= i; },
+      [this](ZylExpr& e) { e += 2 * x; },
+      [this](ZylExpr& e) { e -= 2 * i; },
+      [this](ZylExpr& e) { e += ZylSin(x); },
+      [this](ZylExpr& e) { e -= x + y; },
+      [this](ZylExpr& e) { e.setLinearCoef(x, 9); },
+      [&](ZylExpr& e) { e.setLinearCoefs(ZylNumVarArray(env, 1, x), nine); },
+      [this](ZylExpr& e) { e.remove(ZylNumVarArray(env, 1, y)); },
+      [](ZylExpr& e) { e.clear(); },
+      [](ZylExpr& e) { e.setNumConstant(7); },
   };
   int number = 0;
-  for (const Edit& edit : edits) {
+  for (const auto& edit : edits) {
     SCOPED_TRACE(testing::Message() << "edit " << number++);
     ZylExpr first(2 * x + y + 3);
     ZylExpr second = first;
     EXPECT_EQ(first.getImpl()->getCount(), 2);
-    edit(this, first);
+    edit(first);
     EXPECT_TRUE(DisplaysAs(second, "2 * x  + y  + 3 "));
     EXPECT_NE(displayed(first), displayed(second));
     EXPECT_EQ(first.getImpl()->getCount(), 1);
     EXPECT_EQ(second.getImpl()->getCount(), 1);
     const ZylNumLinTermI* own = first.getImpl();
-    edit(this, first);
+    edit(first);
     EXPECT_EQ(first.getImpl(), own) << "an unshared node is edited in place";
   }
 }
@@ -95,24 +93,17 @@ TEST_F(ExpressionTest, OneNodeCarriesAWholeFormula) {
 }
 
 TEST_F(ExpressionTest, AddsAndSubtractsItself) {
-  ZylExpr e(x + 2 * y + 1);
-  const ZylNumExprArg& sameE = e;
-  e += sameE;
-  EXPECT_EQ(eval(e), 2 * (2.5 + 8 + 1));
-  e -= sameE;
-  EXPECT_EQ(eval(e), 0);
-  ZylNumExpr n(x + 2 * y + 1);
-  const ZylNumExprArg& sameN = n;
-  n += sameN;
-  EXPECT_EQ(eval(n), 23);
-  n -= sameN;
-  EXPECT_EQ(eval(n), 0);
-  ZylIntExpr k(2 * i + 1);
-  const ZylIntExprArg& sameK = k;
-  k += sameK;
-  EXPECT_EQ(eval(k), 30);
-  k -= sameK;
-  EXPECT_EQ(eval(k), 0);
+  const auto test = [this](auto e, const auto& same) {
+    const double value = eval(e);
+    e += same(e);
+    EXPECT_EQ(eval(e), 2 * value);
+    e -= same(e);
+    EXPECT_EQ(eval(e), 0);
+  };
+  const auto asNum = [](const ZylNumExprArg& e) -> const ZylNumExprArg& { return e; };
+  test(ZylExpr(x + 2 * y + 1), asNum);
+  test(ZylNumExpr(x + 2 * y + 1), asNum);
+  test(ZylIntExpr(2 * i + 1), [](const ZylIntExprArg& e) -> const ZylIntExprArg& { return e; });
 }
 
 TEST_F(ExpressionTest, CountedHandlesEditInPlaceWhatTheyAloneHold) {

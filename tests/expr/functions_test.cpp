@@ -26,10 +26,9 @@ TEST_F(FunctionsTest, NumberArrays) {
   EXPECT_EQ(ZylScalProd(ints, ints), 69);
   EXPECT_EQ(ZylScalProd(ints, nums), -12.5);
   EXPECT_EQ(ZylScalProd(none, ZylNumArray(env)), 0.0);
-  EXPECT_TRUE(
-      RaisesWith<ZylArrayError>([&] { ZylMin(none); }, "Array of size 0 in call to ZylMin"));
-  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylMax(ZylNumArray(env)); },
-                                        "Array of size 0 in call to ZylMax"));
+  ExpectEachRaises<ZylArrayError>(
+      {{"Array of size 0 in call to ZylMin", [&] { ZylMin(none); }},
+       {"Array of size 0 in call to ZylMax", [&] { ZylMax(ZylNumArray(env)); }}});
   EXPECT_TRUE(RaisesWith<ZylInvalidScalProdArraysException>(
       [&] { ZylScalProd(ints, none); }, "ZylScalProd: arrays have different size"));
 }
@@ -56,21 +55,19 @@ TEST_F(FunctionsTest, SumsTakeTemporariesOver) {
 }
 
 TEST_F(FunctionsTest, SumsRefuseBeforeTheyBuild) {
-  ZylEnv other;
+  const EnvFixture other;
   const ZylNumExprArg temporary = 2 * x + 1;
-  const ZylNumExprArray array(env, 2, temporary, ZylNumVar(other));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
-      [&] { ZylSum(array); },
-      "ZylExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments"));
-  EXPECT_TRUE(
-      RaisesWith<ZylWrongUsage>([&] { ZylSum(ZylIntVarArray(env, 1, ZylIntVar(other, 0, 1))); },
-                                "ZylNumExpr& ZylNumExpr::operator += const ZylNumExprArg arg : "
-                                "mixing mismatch Environments"));
-  array[1] = ZylNumExprArg();
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylSum(array); }, "using empty handle in ZylSum"));
+  const ZylNumExprArray array(env, 2, temporary, ZylNumVar(other.env));
+  const std::string operation =
+      "::operator += const ZylNumExprArg arg : mixing mismatch Environments";
+  ExpectEachRaises<ZylWrongUsage>(
+      {{"ZylExpr& ZylNumExpr" + operation, [&] { ZylSum(array); }},
+       {"ZylNumExpr& ZylNumExpr" + operation,
+        [&] { ZylSum(ZylIntVarArray(env, 1, ZylIntVar(other.env, 0, 1))); }},
+       {"using empty handle in ZylSum",
+        [&] { ZylSum(ZylNumExprArray(env, 2, temporary, ZylNumExprArg())); }}});
   EXPECT_TRUE(DisplaysAs(temporary, "2 * x  + 1 "));
   EXPECT_EQ(temporary.getImpl()->getCount(), 0);
-  other.end();
 }
 
 TEST_F(FunctionsTest, ScalarProductsKeepOneTermAnIndex) {
@@ -85,11 +82,10 @@ TEST_F(FunctionsTest, ScalarProductsKeepOneTermAnIndex) {
   EXPECT_NE(numSum(ZylScalProd(ints, ZylNumArray(env, 2, 2.0, 3.0))), nullptr);
   EXPECT_TRUE(RaisesWith<ZylInvalidScalProdArraysException>(
       [&] { ZylScalProd(vars, ZylNumArray(env)); }, "ZylScalProd: arrays have different size"));
-  ZylEnv other;
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
-      [&] { ZylScalProd(ZylNumVarArray(env, 1, ZylNumVar(other)), ZylNumArray(env, 1, 1.0)); },
-      "ZylScalProd: mixing mismatch environments"));
-  other.end();
+  const EnvFixture other;
+  const ZylNumVarArray strangers(env, 1, ZylNumVar(other.env));
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylScalProd(strangers, ZylNumArray(env, 1, 1.0)); },
+                                        "ZylScalProd: mixing mismatch environments"));
 }
 
 TEST_F(FunctionsTest, ScalarProductsOfExpressions) {
@@ -105,24 +101,21 @@ TEST_F(FunctionsTest, ScalarProductsOfExpressions) {
 
 TEST_F(FunctionsTest, ArrayFunctionsCheckTheirElements) {
   const std::string mismatch = ": mixing mismatch Environments";
-  ZylEnv other;
-  ZylIntExprArray array(env, 2, i, ZylIntVar(other));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylMin(array); }, "ZylMin" + mismatch));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylMax(array); }, "ZylMax" + mismatch));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylCount(array, 1); }, "ZylCount" + mismatch));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylStandardDeviation(array); },
-                                        "ZylStandardDeviation" + mismatch));
-  array[1] = ZylIntExprArg();
-  EXPECT_TRUE(
-      RaisesWith<ZylArrayError>([&] { ZylCount(array, 1); }, "ZylCount: empty handle in array"));
-  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylStandardDeviation(array, 0, 1); },
-                                        "ZylStandardDeviation: empty handle in array"));
-  EXPECT_THROW(ZylMax(array), ZylEmptyHandleException);
-  array.clear();
-  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylCount(array, 1); }, "ZylCount: array of size 0"));
-  EXPECT_TRUE(RaisesWith<ZylArrayError>([&] { ZylStandardDeviation(array); },
-                                        "ZylStandardDeviation: array of size 0"));
-  other.end();
+  const EnvFixture other;
+  const ZylIntExprArray mixed(env, 2, i, ZylIntVar(other.env));
+  ExpectEachRaises<ZylWrongUsage>(
+      {{"ZylMin" + mismatch, [&] { ZylMin(mixed); }},
+       {"ZylMax" + mismatch, [&] { ZylMax(mixed); }},
+       {"ZylCount" + mismatch, [&] { ZylCount(mixed, 1); }},
+       {"ZylStandardDeviation" + mismatch, [&] { ZylStandardDeviation(mixed); }}});
+  const ZylIntExprArray gap(env, 2, i, ZylIntExprArg());
+  const ZylIntExprArray none(env);
+  ExpectEachRaises<ZylArrayError>(
+      {{"ZylCount: empty handle in array", [&] { ZylCount(gap, 1); }},
+       {"ZylCount: array of size 0", [&] { ZylCount(none, 1); }},
+       {"ZylStandardDeviation: empty handle in array", [&] { ZylStandardDeviation(gap, 0, 1); }},
+       {"ZylStandardDeviation: array of size 0", [&] { ZylStandardDeviation(none); }}});
+  EXPECT_THROW(ZylMax(gap), ZylEmptyHandleException);
 }
 
 TEST_F(FunctionsTest, VariableArraysAreIndexedByExpressions) {
@@ -130,10 +123,10 @@ TEST_F(FunctionsTest, VariableArraysAreIndexedByExpressions) {
   EXPECT_EQ(eval(ZylNumVarArray(env, 2, x, y)[i]), 4.0);
   EXPECT_EQ(eval(ZylIntVarArray(env, 2, i, j)[i]), 8.0);
   EXPECT_EQ(eval(ZylMax(ZylIntVarArray(env, 2, i, j))), 8.0);
-  ZylEnv other;
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { ZylNumVarArray(other, 1, ZylNumVar(other))[i]; },
-                                        "operator[]: mixing mismatch Environments"));
-  other.end();
+  const EnvFixture other;
+  EXPECT_TRUE(
+      RaisesWith<ZylWrongUsage>([&] { ZylNumVarArray(other.env, 1, ZylNumVar(other.env))[i]; },
+                                "operator[]: mixing mismatch Environments"));
 }
 
 }  // namespace

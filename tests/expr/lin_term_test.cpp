@@ -1,6 +1,6 @@
 #include "vorlane/expr/lin_term.h"
 
-#include <map>
+#include <algorithm>
 #include <random>
 
 #include "expr/fixture.h"
@@ -10,17 +10,11 @@ namespace {
 
 class LinTermTest : public ExprTest {
  protected:
-  static std::map<ZylNumVarI*, double> sums(const ZylNumLinTermI* node) {
-    std::map<ZylNumVarI*, double> result;
+  using Terms = std::vector<std::pair<ZylNumVarI*, double>>;
+  static Terms terms(const ZylNumLinTermI* node) {
+    Terms result;
     for (const auto* term = node->getTermHead(); term != nullptr; term = term->_next) {
-      result[term->_var] += term->_coef;
-    }
-    return result;
-  }
-  static std::vector<ZylNumVarI*> order(const ZylNumLinTermI* node) {
-    std::vector<ZylNumVarI*> result;
-    for (const auto* term = node->getTermHead(); term != nullptr; term = term->_next) {
-      result.push_back(term->_var);
+      result.emplace_back(term->_var, term->_coef);
     }
     return result;
   }
@@ -48,23 +42,24 @@ TEST_F(LinTermTest, NormalFormAgreesWithMap) {
     impl->useMTSafeNormalization(seed % 2);
     std::mt19937 random(seed);
     ZylExpr e(env);
-    std::map<ZylNumVarI*, double> model;
-    std::vector<ZylNumVarI*> added;
+    Terms expected;
     for (auto n = random() % 40; n > 0; --n) {
       const ZylNumVar variable = vars[static_cast<long>(random() % 12)];
-      const double coef = static_cast<int>(random() % 5) - 2;
+      double coef = static_cast<int>(random() % 5) - 2;
       e += coef * variable;
-      model[variable.getImpl()] += coef;
-      std::erase(added, variable.getImpl());
-      added.push_back(variable.getImpl());
+      const auto isSame = [&](const auto& term) { return term.first == variable.getImpl(); };
+      const auto earlier = std::find_if(expected.begin(), expected.end(), isSame);
+      if (earlier != expected.end()) {
+        coef += earlier->second;
+        expected.erase(earlier);
+      }
+      expected.emplace_back(variable.getImpl(), coef);
     }
-    std::erase_if(model, [](const auto& entry) { return entry.second == 0.0; });
-    std::erase_if(added, [&](ZylNumVarI* variable) { return model.count(variable) == 0; });
+    std::erase_if(expected, [](const auto& term) { return term.second == 0.0; });
     e.normalize();
-    EXPECT_EQ(sums(e.getImpl()), model);
-    EXPECT_EQ(order(e.getImpl()), added);
+    EXPECT_EQ(terms(e.getImpl()), expected);
     e += x;
-    EXPECT_EQ(order(e.getImpl()).back(), x.getImpl());
+    EXPECT_EQ(terms(e.getImpl()).back().first, x.getImpl());
     e.end();
   }
 }
@@ -85,13 +80,12 @@ TEST_F(LinTermTest, NormalisationCanBeInhibited) {
   e += x;
   e += x;
   EXPECT_TRUE(e.normalize());
-  EXPECT_EQ(order(e.getImpl()).size(), 2U);
+  EXPECT_EQ(terms(e.getImpl()).size(), 2U);
   impl->inhibitNormalization(0);
   EXPECT_FALSE(e.normalize());
 }
 
 // --- coefficients
-// ---------------------------------------------------------------------------------
 
 class CoefTest : public LinTermTest {
  protected:
@@ -127,9 +121,7 @@ TEST_F(CoefTest, ArraysKeepZerosAndReportWhatChangedItsPresence) {
   const ZylNumArray old(env, 4);
   node->setCoef(ZylNumVarArray(env, 4, x, y, z, i), ZylNumArray(env, 4, 7.0, 0.0, 1.5, 0.0), old);
   EXPECT_EQ(take(), (Log{removed[0], added[0]}));
-  EXPECT_EQ(old[0], 2.0);
-  EXPECT_EQ(old[1], 3.0);
-  EXPECT_EQ(old[2], 0.0);
+  EXPECT_TRUE(ZylNumArray2::equal(old, ZylNumArray(env, 4, 2.0, 3.0, 0.0, 0.0)));
   env.setLongDisplay(true);
   EXPECT_TRUE(DisplaysAs(e, "( 7 * x  + 0  + 1.5 * z ) "));
   env.setLongDisplay(false);
@@ -145,16 +137,14 @@ TEST_F(CoefTest, RefusalsAndWrongUse) {
                ZylAlgorithm::CannotChangeException);
   EXPECT_EQ(take(), (Log{added[0], removed[0]})) << "all is told before the refusal is raised";
   EXPECT_THROW(e.setLinearCoefs(ZylNumVarArray(env, 1, z), ZylNumArray(env)), ZylArrayError);
-  ZylEnv other;
-  EXPECT_THROW(e.setLinearCoef(ZylNumVar(other), 1.0), ZylEnvironmentMismatch);
-  other.end();
+  const EnvFixture other;
+  EXPECT_THROW(e.setLinearCoef(ZylNumVar(other.env), 1.0), ZylEnvironmentMismatch);
   e += ZylSin(x);
-  EXPECT_TRUE(
-      RaisesWith<ZylWrongUsage>([&] { e.setLinearCoef(x, 1); },
-                                "You can not change the coefficient of a nonlinear expression"));
-  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
-      [&] { e.setLinearCoefs(ZylNumVarArray(env, 1, x), ZylNumArray(env, 1, 1.0)); },
-      "You can not use change the coefficient of a nonlinear expression"));
+  ExpectEachRaises<ZylWrongUsage>(
+      {{"You can not change the coefficient of a nonlinear expression",
+        [&] { e.setLinearCoef(x, 1); }},
+       {"You can not use change the coefficient of a nonlinear expression",
+        [&] { e.setLinearCoefs(ZylNumVarArray(env, 1, x), ZylNumArray(env, 1, 1.0)); }}});
   EXPECT_TRUE(RaisesWith<ZylNumExpr::NonLinearExpression>(
       [&] { e.setNumConstant(1); },
       "Expression " + displayed(e) +
@@ -176,7 +166,6 @@ TEST_F(CoefTest, FailedAllocationLeavesTheSumAlone) {
 }
 
 // --- other edits
-// ----------------------------------------------------------------------------------
 
 TEST_F(LinTermTest, RemovesAsManyAsTheArrayHolds) {
   ZylExpr e(env);
@@ -219,18 +208,15 @@ TEST_F(LinTermTest, ScalesPartsAndHoldsThem) {
 
 TEST_F(LinTermTest, IntegerSumsCheckTheirArithmetic) {
   ZylIntExpr e(3 * i + 2);
-  EXPECT_TRUE(RaisesWith<ZylIntExpr::ZylOverflowOccurred>([&] { e *= ZylIntMax; },
-                                                          "overflow occurred in multiplication"));
   ZylIntExpr big(i + ZylIntMax);
-  EXPECT_TRUE(RaisesWith<ZylIntExpr::ZylOverflowOccurred>([&] { big += j + 1; },
-                                                          "overflow occurred in addition"));
+  ExpectEachRaises<ZylIntExpr::ZylOverflowOccurred>(
+      {{"overflow occurred in multiplication", [&] { e *= ZylIntMax; }},
+       {"overflow occurred in addition", [&] { big += j + 1; }},
+       {"overflow occurred in substraction", [] { ZylSubOverflow(-1, 1e16); }},
+       {"overflow occurred in division", [] { ZylDivOverflow(1, 0); }}});
   EXPECT_EQ(intSum(big)->getConstant(), ZylIntMax) << "the failed addition changed nothing";
   big += LONG_MAX;  // unchecked: wraps around
   EXPECT_LT(intSum(big)->getConstant(), 0);
-  EXPECT_TRUE(RaisesWith<ZylIntExpr::ZylOverflowOccurred>([] { ZylSubOverflow(-1, 1e16); },
-                                                          "overflow occurred in substraction"));
-  EXPECT_TRUE(RaisesWith<ZylIntExpr::ZylOverflowOccurred>([] { ZylDivOverflow(1, 0); },
-                                                          "overflow occurred in division"));
   EXPECT_EQ(ZylDivOverflow(-7, 2), -3);
   EXPECT_NO_THROW(ZylDivOverflow(0, 0));
 }
