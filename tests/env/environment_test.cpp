@@ -193,12 +193,8 @@ ZYL_TYPE_DEF(Destroyable, ZylDestroyableI)
 
 class EndingAlgorithm : public RecordingAlgorithm {
  public:
-  EndingAlgorithm(ZylEnvI* env, const char* name)
-      : RecordingAlgorithm(env, nullptr, name), _ownName(name) {}
-  ~EndingAlgorithm() override { endOrder.push_back(_ownName); }
-
- private:
-  const char* _ownName;
+  using RecordingAlgorithm::RecordingAlgorithm;
+  ~EndingAlgorithm() override { endOrder.push_back(log[0]); }
 };
 
 class EndingPlugIn : public ZylPlugIn {
@@ -226,12 +222,13 @@ TEST(ZylEnvEnd, GoesDownInOrder) {
     EXPECT_EQ(env.getImpl()->usesMemoryManager(), pools);
     EXPECT_EQ(env.getImpl()->getFlags() & ZylEnvI::MemoryManagerFlag, pools ? 1 : 0);
     ZylEnvI* impl = env.getImpl();
-    const auto noteDeath = [] { endOrder.push_back("extractable"); };
-    probe(env, "a")->onDeath = noteDeath;
-    probe(env, "b")->onDeath = noteDeath;
+    for (const char* name : {"a", "b"}) {
+      probe(env, name)->onDeath = [] { endOrder.push_back("extractable"); };
+    }
     impl->getPlugInManager()->add(new (impl) EndingPlugIn(impl), "name");
-    new EndingAlgorithm(impl, "first algorithm");
-    new EndingAlgorithm(impl, "second algorithm");
+    for (const char* name : {"first", "second"}) {
+      (new EndingAlgorithm(impl))->log.push_back(std::string(name) + " algorithm");
+    }
     new (impl) Destroyable(impl, "first destroyable");
     delete new (impl) Destroyable(impl, "deleted early");
     new (impl) Destroyable(impl, "second destroyable");

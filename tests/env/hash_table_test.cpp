@@ -135,7 +135,6 @@ TEST(ZylHashTable, SurvivesFailedAllocations) {
 }
 
 // --- the light tables
-// -----------------------------------------------------------------------------
 
 void* address(long i) { return reinterpret_cast<void*>(8 * i); }
 
