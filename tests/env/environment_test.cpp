@@ -29,11 +29,7 @@ TEST(ZylIdManager, GrowsOnTheFirstIdBeyond) {
   {
     FailingAllocator failing(1);
     // The last id of the table needs the next table to chain to.
-    try {
-      ASSERT_EQ(ids.bookId(), 255);
-      EXPECT_THROW(ids.bookId(), ZylMemoryException);
-    } catch (const ZylMemoryException&) {
-    }
+    EXPECT_THROW(for (int i = 0; i < 2; ++i) ids.bookId(), ZylMemoryException);
   }
   for (long i = ids.getMaxId(); i <= 256; ++i) ASSERT_EQ(ids.bookId(), i);
   EXPECT_EQ(ids.getCapacity(), 512);
@@ -169,15 +165,6 @@ TEST_F(ZylEnvironment, ALocalEnvironmentServesObjectsAndIds) {
   impl->setLocalEnv(nullptr);
 }
 
-TEST(ZylEnvEnd, ThreadSafeAllocationMayStayOn) {
-  ZylEnv env;
-  env.getImpl()->useMTSafeAllocation(1);
-  env.getImpl()->useMTSafeNormalization(1);
-  probe(env, "left");
-  env.setName("env");
-  env.end();
-}
-
 std::vector<std::string> endOrder;
 
 class Destroyable : public ZylDestroyableI {
@@ -267,8 +254,11 @@ TEST(ZylEnvEnd, DestroyablesDieOnceUnderALocalEnvironment) {
   new (impl) Destroyable(impl, "left");
   auto* early = new (impl) Destroyable(impl, "early");
   impl->useMTSafeAllocation(1);
+  impl->useMTSafeNormalization(1);
   delete early;
   new (impl) Destroyable(impl, "unlisted");
+  probe(env, "left");
+  env.setName("env");
   env.end();
   EXPECT_EQ(endOrder, (std::vector<std::string>{"early", "left"}));
 }
@@ -408,11 +398,10 @@ TEST(ZylEnvHandle, RaisesIfItIsEmpty) {
 
 TEST_F(ZylEnvironment, ArgumentsThatAreMissing) {
   ExpectEachRaises<ZylEmptyHandleException>(
-      "ZylEnv: Using empty string",
-      {[&] { env.hasProperty(nullptr); }, [&] { env.setIntProperty(nullptr, 1); },
-       [&] { env.removeProperty(nullptr); }});
-  ExpectEachRaises<ZylEmptyHandleException>(
-      {{"ZylNamedProperty: Using empty handle", [&] { env.addProperty(ZylNamedProperty()); }},
+      {{"ZylEnv: Using empty string", [&] { env.hasProperty(nullptr); }},
+       {"ZylEnv: Using empty string", [&] { env.setIntProperty(nullptr, 1); }},
+       {"ZylEnv: Using empty string", [&] { env.removeProperty(nullptr); }},
+       {"ZylNamedProperty: Using empty handle", [&] { env.addProperty(ZylNamedProperty()); }},
        {"ZylNamedPropertySet: Using empty handle",
         [&] { env.addProperties(ZylNamedPropertySet()); }}});
   EXPECT_FALSE(impl->hasProperty(nullptr));

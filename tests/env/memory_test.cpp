@@ -29,11 +29,11 @@ TEST(ZylMemory, PicksTheSmallestClassThatHolds) {
     memory.free(block, row.size);
     EXPECT_EQ(memory.getMemoryUsage(), 0);
   }
+  EXPECT_EQ(memory.getClassCount(), 14);
 }
 
 TEST(ZylMemory, LargeBlocksAreCountedExactlyAndNoClassServesThem) {
   ZylMemory memory(1);
-  EXPECT_EQ(memory.getClassCount(), 14);
   void* block = memory.alloc(4001);
   EXPECT_EQ(memory.getMemoryUsage(), 4001);
   EXPECT_EQ(memory.getTotalMemoryUsage(), 4001);
@@ -82,16 +82,12 @@ TEST(ZylMemory, CutsABlockFromItsStartAndGivesTheTailToSmallerClasses) {
       << "right behind the last cut";
   static_cast<void>(memory.alloc(8));
   EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 501 * 8) << "the last word is wasted";
-}
-
-TEST(ZylMemory, ARemainderOfExactlyAClassGoesOneDown) {
-  ZylMemory memory(1);
   // 62 cells of 64 bytes leave 4 words; 32 bytes are a class, so 24 of them go to the class below.
-  static_cast<void>(memory.alloc(64));
-  static_cast<void>(memory.alloc(24));
-  EXPECT_EQ(memory.getTotalMemoryUsage(), 501 * 8);
-  static_cast<void>(memory.alloc(32));
-  EXPECT_EQ(memory.getTotalMemoryUsage(), 2 * 501 * 8);
+  ZylMemory exact(1);
+  for (const long size : {64L, 24L, 32L}) {
+    static_cast<void>(exact.alloc(size));
+    EXPECT_EQ(exact.getTotalMemoryUsage(), (size == 32 ? 2 : 1) * 501 * 8);
+  }
 }
 
 TEST(ZylMemory, AFailedRequestChangesNoCounter) {

@@ -48,24 +48,15 @@ TEST(ZylRtti, EachClassKnowsItsNameAndItsBase) {
 }
 
 // Classes of this test alone, so that nobody else asks for their indices.
-class Middle : public ZylRttiEnvObjectI {
-  ZYL_TYPE(Middle, ZylRttiEnvObjectI)
- public:
-  using ZylRttiEnvObjectI::ZylRttiEnvObjectI;
-};
-class Leaf : public Middle {
-  ZYL_TYPE(Leaf, Middle)
- public:
-  using Middle::Middle;
-};
-class Sibling : public Middle {
-  ZYL_TYPE(Sibling, Middle)
- public:
-  using Middle::Middle;
-};
-ZYL_TYPE_DEF(Middle, ZylRttiEnvObjectI)
-ZYL_TYPE_DEF(Leaf, Middle)
-ZYL_TYPE_DEF(Sibling, Middle)
+#define ZYL_TEST_CLASS(Class, Base, Type)        \
+  class Class : public Base {                    \
+    Type(Class, Base) public : using Base::Base; \
+  };                                             \
+  ZYL_TYPE_DEF(Class, Base)
+ZYL_TEST_CLASS(Middle, ZylRttiEnvObjectI, ZYL_TYPE)
+ZYL_TEST_CLASS(Leaf, Middle, ZYL_TYPE)
+ZYL_TEST_CLASS(Sibling, Middle, ZYL_TYPE)
+ZYL_TEST_CLASS(Managed, ZylExtensibleRttiMemoryManagerObjectI, ZYL_TYPE_MANAGED)
 
 TEST(ZylRtti, IsTypeHoldsUpTheChainOnly) {
   EnvFixture env;
@@ -120,7 +111,7 @@ class Thrower : public Middle {
   }
 
  private:
- [[maybe_unused]]  char _bulk[200] = {};
+  [[maybe_unused]] char _bulk[200] = {};
 };
 ZYL_TYPE_DEF(Thrower, Middle)
 
@@ -134,13 +125,6 @@ TEST(ZylRttiEnvObjectI, BlocksGoBackAtTheirOwnSize) {
   delete static_cast<ZylRttiEnvObjectI*>(object);
   EXPECT_EQ(env->getMemoryUsage(), before);
 }
-
-class Managed : public ZylExtensibleRttiMemoryManagerObjectI {
-  ZYL_TYPE_MANAGED(Managed, ZylExtensibleRttiMemoryManagerObjectI)
- public:
-  using ZylExtensibleRttiMemoryManagerObjectI::ZylExtensibleRttiMemoryManagerObjectI;
-};
-ZYL_TYPE_DEF(Managed, ZylExtensibleRttiMemoryManagerObjectI)
 
 TEST(ZylRttiMemoryManagerObjectI, LivesInItsManager) {
   EnvFixture env;
