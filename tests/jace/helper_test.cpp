@@ -16,10 +16,8 @@
 namespace helper = jace::helper;
 using testing::Contains;
 using testing::Not;
-using zyl::test::failureOf;
-using zyl::test::inChild;
-using zyl::test::installStub;
 
+namespace zyl::test {
 namespace {
 
 // Outlives the library's own static objects, as an object of a client may.
@@ -35,7 +33,7 @@ struct Survivor {
 __attribute__((init_priority(101))) Survivor survivor;
 
 TEST(JaceHelper, CreatesAMachineWithTheOptionsInOrder) {
-  const zyl::test::TemporaryDirectory directory;
+  const TemporaryDirectory directory;
   inChild({{"STUB_RECORD", directory.path("record")}}, [] {
     const jace::UnixVmLoader loader(STUB_RUNTIME_LIBRARY, JNI_VERSION_1_2);
     jace::OptionList options;
@@ -48,7 +46,7 @@ TEST(JaceHelper, CreatesAMachineWithTheOptionsInOrder) {
     EXPECT_NE(helper::attach(), nullptr);
     helper::createVm(*helper::getVmLoader(), jace::OptionList(), /*ignoreUnrecognized=*/false);
   });
-  const std::string record = zyl::test::readFile(directory.path("record"));
+  const std::string record = readFile(directory.path("record"));
   EXPECT_EQ(record.substr(record.find("JNI")),
             "JNI_CreateJavaVM 65538 lenient\noption -x\noption abort with pointer\n"
             "AttachCurrentThread\nJNI_CreateJavaVM 65538 strict\n");
@@ -133,45 +131,44 @@ TEST(JaceHelper, KeepsALoaderThatIsItsOwnCloneAndUnloadsItAtShutdown) {
 }
 
 TEST(JaceHelper, CountsReferencesUntilShutdown) {
-  const zyl::test::TemporaryDirectory directory;
+  const TemporaryDirectory directory;
   const std::string record = directory.path("record");
-  const zyl::test::Outcome outcome =
-      inChild({{"STUB_RUNTIME", "machines=1"}, {"STUB_RECORD", record}}, [] {
-        installStub();
-        JNIEnv* env = helper::attach();
-        jobject text = env->NewStringUTF("text");
-        jobject local = helper::newLocalRef(env, text);
-        jobject global = helper::newGlobalRef(env, text);
-        EXPECT_EQ(zyl::test::openLocalRefs(), 2);
-        EXPECT_EQ(zyl::test::openGlobalRefs(), 1);
-        helper::deleteLocalRef(env, local);
-        helper::deleteLocalRef(env, text);
-        EXPECT_EQ(zyl::test::openLocalRefs(), 0);
-        setenv("STUB_RUNTIME", "null=NewGlobalRef null=NewLocalRef", 1);
-        EXPECT_EQ(failureOf([&] { (void)helper::newGlobalRef(env, text); }),
-                  "JNIHelper::newGlobalRef\nUnable to create a new global reference.\nIt is likely "
-                  "that you have exceeded the max heap size of your virtual machine.");
-        EXPECT_EQ(failureOf([&] { (void)helper::newLocalRef(env, text); }),
-                  "JNIHelper::newLocalRef\nUnable to create a new local reference.\nIt is likely "
-                  "that you have exceeded the maximum local reference count.\nYou can increase the "
-                  "maximum count with a call to EnsureLocalCapacity().");
-        helper::detach();
+  const Outcome outcome = inChild({{"STUB_RUNTIME", "machines=1"}, {"STUB_RECORD", record}}, [] {
+    installStub();
+    JNIEnv* env = helper::attach();
+    jobject text = env->NewStringUTF("text");
+    jobject local = helper::newLocalRef(env, text);
+    jobject global = helper::newGlobalRef(env, text);
+    EXPECT_EQ(openLocalRefs(), 2);
+    EXPECT_EQ(openGlobalRefs(), 1);
+    helper::deleteLocalRef(env, local);
+    helper::deleteLocalRef(env, text);
+    EXPECT_EQ(openLocalRefs(), 0);
+    setenv("STUB_RUNTIME", "null=NewGlobalRef null=NewLocalRef", 1);
+    EXPECT_EQ(failureOf([&] { (void)helper::newGlobalRef(env, text); }),
+              "JNIHelper::newGlobalRef\nUnable to create a new global reference.\nIt is likely "
+              "that you have exceeded the max heap size of your virtual machine.");
+    EXPECT_EQ(failureOf([&] { (void)helper::newLocalRef(env, text); }),
+              "JNIHelper::newLocalRef\nUnable to create a new local reference.\nIt is likely "
+              "that you have exceeded the maximum local reference count.\nYou can increase the "
+              "maximum count with a call to EnsureLocalCapacity().");
+    helper::detach();
 
-        EXPECT_FALSE(helper::hasShutdown());
-        helper::shutdown();
-        EXPECT_TRUE(helper::hasShutdown());
-        EXPECT_EQ(failureOf(helper::attach), "The VM has already been shutdown.");
-        helper::detach();
-        helper::deleteGlobalRef(env, global);
-        helper::deleteLocalRef(env, text);
-      });
-  const std::vector<std::string> lines = zyl::test::linesOf(zyl::test::readFile(record));
+    EXPECT_FALSE(helper::hasShutdown());
+    helper::shutdown();
+    EXPECT_TRUE(helper::hasShutdown());
+    EXPECT_EQ(failureOf(helper::attach), "The VM has already been shutdown.");
+    helper::detach();
+    helper::deleteGlobalRef(env, global);
+    helper::deleteLocalRef(env, text);
+  });
+  const std::vector<std::string> lines = linesOf(readFile(record));
   EXPECT_THAT(lines, Contains("DetachCurrentThread").Times(1));
   EXPECT_THAT(lines, Not(Contains("DeleteGlobalRef text")));
 }
 
 TEST(JaceHelper, MarksTheMachineAsGoneBeforeItDeletesTheLoaderAtExit) {
-  const zyl::test::Outcome outcome = inChild({{"STUB_RUNTIME", "machines=1"}}, [] {
+  const Outcome outcome = inChild({{"STUB_RUNTIME", "machines=1"}}, [] {
     installStub();
     survivor.env = helper::attach();
     survivor.reference = helper::newGlobalRef(survivor.env, survivor.env->NewStringUTF("text"));
@@ -192,15 +189,15 @@ TEST(JaceClassLoader, IsKeptForItsThreadByAGlobalReference) {
     EXPECT_EQ(helper::getClassLoader(), loader);
     helper::onProcessCreation();  // a second one forgets nothing
     helper::setClassLoader(loader);
-    EXPECT_EQ(zyl::test::openGlobalRefs(), 1);
-    zyl::test::threadKeyFailure = 12;
+    EXPECT_EQ(openGlobalRefs(), 1);
+    threadKeyFailure = 12;
     EXPECT_EQ(failureOf([&] { helper::setClassLoader(loader); }),
               "JNIHelper::setClassLoader()\npthread_setspecific() returned 12.");
-    EXPECT_EQ(zyl::test::openGlobalRefs(), 1);
-    zyl::test::threadKeyFailure = 0;
+    EXPECT_EQ(openGlobalRefs(), 1);
+    threadKeyFailure = 0;
     helper::setClassLoader(nullptr);
     EXPECT_EQ(helper::getClassLoader(), nullptr);
-    EXPECT_EQ(zyl::test::openGlobalRefs(), 0);
+    EXPECT_EQ(openGlobalRefs(), 0);
     helper::onThreadDestruction();
     helper::onProcessDestruction();
     EXPECT_EQ(failureOf(helper::onProcessDestruction),
@@ -217,12 +214,13 @@ TEST(JaceClassLoader, TellsWhyThereIsNoKey) {
               {22, "JNIHelper::setClassLoader()\nphread_key_create() returned 22."}};
   for (const auto& row : rows) {
     inChild({}, [&] {
-      zyl::test::threadKeyFailure = row.code;
+      threadKeyFailure = row.code;
       const std::string failure = failureOf(helper::onProcessCreation);
-      zyl::test::threadKeyFailure = 0;
+      threadKeyFailure = 0;
       EXPECT_EQ(failure, row.failure);
     });
   }
 }
 
 }  // namespace
+}  // namespace zyl::test

@@ -7,10 +7,8 @@
 #include "jace/stub.h"
 
 namespace helper = jace::helper;
-using zyl::test::failureOf;
-using zyl::test::inChild;
-using zyl::test::installStub;
 
+namespace zyl::test {
 namespace {
 
 void raise(JNIEnv* env) {
@@ -46,10 +44,9 @@ TEST(JaceCatchAndThrow, TellsTheClassOrWhyItCannot) {
       {"null=getName", "Unable to retrieve the character string for an exception message."},
   };
   for (const auto& row : rows) {
-    const zyl::test::TemporaryDirectory directory;
-    const zyl::test::Environment environment = {
-        {"STUB_RUNTIME", std::string("machines=1 ") + row.rules},
-        {"STUB_RECORD", directory.path("record")}};
+    const TemporaryDirectory directory;
+    const Environment environment = {{"STUB_RUNTIME", std::string("machines=1 ") + row.rules},
+                                     {"STUB_RECORD", directory.path("record")}};
     inChild(environment, [&] {
       installStub();
       JNIEnv* env = helper::attach();
@@ -57,9 +54,9 @@ TEST(JaceCatchAndThrow, TellsTheClassOrWhyItCannot) {
       raise(env);
       EXPECT_EQ(failureOf(helper::catchAndThrow), row.failure);
       EXPECT_FALSE(env->ExceptionCheck());
-      EXPECT_EQ(zyl::test::openLocalRefs(), 0);
+      EXPECT_EQ(openLocalRefs(), 0);
     });
-    EXPECT_THAT(zyl::test::readFile(directory.path("record")), testing::EndsWith(row.record));
+    EXPECT_THAT(readFile(directory.path("record")), testing::EndsWith(row.record));
   }
 }
 
@@ -83,19 +80,20 @@ TEST(JaceToString, CallsTheMethodOrTellsWhyItCannot) {
       installStub();
       jobject text = helper::attach()->NewStringUTF("text");
       EXPECT_EQ(failureOf([&] { (void)helper::toString(text); }), row.failure);
-      EXPECT_EQ(zyl::test::openLocalRefs(), 1);
+      EXPECT_EQ(openLocalRefs(), 1);
     });
   }
-  const zyl::test::Outcome outcome = inChild({{"STUB_RUNTIME", "machines=1"}}, [] {
+  const Outcome outcome = inChild({{"STUB_RUNTIME", "machines=1"}}, [] {
     installStub();
     jobject text = helper::attach()->NewStringUTF("text");
     helper::print(text);
     helper::printClass(text);
     helper::print(nullptr);
     helper::printClass(nullptr);
-    EXPECT_EQ(zyl::test::openLocalRefs(), 1);
+    EXPECT_EQ(openLocalRefs(), 1);
   });
   EXPECT_EQ(outcome.out, "java.lang.String: text\njava.lang.Class: java/lang/String\nnull\nnull\n");
 }
 
 }  // namespace
+}  // namespace zyl::test

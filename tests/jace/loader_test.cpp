@@ -9,13 +9,12 @@
 
 using jace::UnixVmLoader;
 using jace::WrapperVmLoader;
-using zyl::test::failureOf;
-using zyl::test::inChild;
 
+namespace zyl::test {
 namespace {
 
 TEST(UnixVmLoader, TellsWhyALibraryIsNoRuntime) {
-  const zyl::test::TemporaryDirectory directory;
+  const TemporaryDirectory directory;
   const std::string foreign = directory.copy(STUB_RUNTIME_LIBRARY, "foreign.so");
   std::fstream(foreign, std::ios::in | std::ios::out | std::ios::binary)
       .seekp(18)  // the processor in the header of the file
@@ -62,7 +61,7 @@ TEST(UnixVmLoader, CallsTheLibraryWhileItIsLoaded) {
 
 TEST(WrapperVmLoader, StandsForTheMachineThatIsThere) {
   inChild({{"STUB_RUNTIME", "machines=1"}}, [] {
-    zyl::test::installStub();
+    installStub();
     JavaVM* machine = jace::helper::getJavaVM();
     for (WrapperVmLoader loader :
          {WrapperVmLoader(machine), WrapperVmLoader(jace::helper::attach())}) {
@@ -96,7 +95,7 @@ TEST(WrapperVmLoader, RefusesAMachineThatRefusesIt) {
       "specific JNI error code is ";
   EXPECT_EQ(failureOf([] { WrapperVmLoader(static_cast<JNIEnv*>(nullptr)); }), noMachine + "-6");
   inChild({{"STUB_RUNTIME", "machines=1 getJavaVM=-1"}}, [&] {
-    zyl::test::installStub();
+    installStub();
     EXPECT_EQ(failureOf([] { WrapperVmLoader{jace::helper::attach()}; }), noMachine + "-1");
     setenv("STUB_RUNTIME", "attach=-2", 1);
     EXPECT_EQ(failureOf([] { WrapperVmLoader{jace::helper::getJavaVM()}; }),
@@ -106,3 +105,4 @@ TEST(WrapperVmLoader, RefusesAMachineThatRefusesIt) {
 }
 
 }  // namespace
+}  // namespace zyl::test

@@ -95,8 +95,9 @@ Object* makeClass(const std::string& name) { return keep(Object{"java/lang/Class
 
 Object* makeString(const std::string& text) { return keep(Object{"java/lang/String", text}); }
 
-void raise(const std::string& className, const std::string& message) {
+std::nullptr_t raise(const std::string& className, const std::string& message) {
   pending = keep(Object{className, message});
+  return nullptr;
 }
 
 std::string dotted(std::string name) {
@@ -104,29 +105,24 @@ std::string dotted(std::string name) {
   return name;
 }
 
-jint JNICALL getVersion(JNIEnv*) { return JNI_VERSION_1_8; }
-
 jclass JNICALL findClass(JNIEnv*, const char* name) {
   record(std::string("FindClass ") + name);
   if (!hasRule("missing", name)) return local<jclass>(makeClass(name));
-  raise("java/lang/NoClassDefFoundError", name);
-  return nullptr;
+  return raise("java/lang/NoClassDefFoundError", name);
 }
 
 // Whether a method, named by the end of its full name, has this signature in Java.
 bool isDeclared(const std::string& method, std::string_view signature) {
-  constexpr std::string_view declared[][2] = {
-      {".getClass", "()Ljava/lang/Class;"},
-      {".getName", "()Ljava/lang/String;"},
-      {".getSuperclass", "()Ljava/lang/Class;"},
-      {".toString", "()Ljava/lang/String;"},
-      {".main", "([Ljava/lang/String;)V"},
-      {".setRedirectStandardOutput", "(Z)V"},
-      {".rethrowException", "()V"},
-      {"ByteArrayOutputStream.<init>", "()V"},
-      {"PrintStream.<init>", "(Ljava/io/OutputStream;)V"},
-      {".printStackTrace", "(Ljava/io/PrintStream;)V"},
-  };
+  constexpr std::string_view declared[][2] = {{".getClass", "()Ljava/lang/Class;"},
+                                              {".getName", "()Ljava/lang/String;"},
+                                              {".getSuperclass", "()Ljava/lang/Class;"},
+                                              {".toString", "()Ljava/lang/String;"},
+                                              {".main", "([Ljava/lang/String;)V"},
+                                              {".setRedirectStandardOutput", "(Z)V"},
+                                              {".rethrowException", "()V"},
+                                              {"ByteArrayOutputStream.<init>", "()V"},
+                                              {"PrintStream.<init>", "(Ljava/io/OutputStream;)V"},
+                                              {".printStackTrace", "(Ljava/io/PrintStream;)V"}};
   return std::any_of(std::begin(declared), std::end(declared), [&](const auto& row) {
     return method.ends_with(row[0]) && signature == row[1];
   });
@@ -137,8 +133,7 @@ jmethodID JNICALL getMethod(JNIEnv*, jclass owner, const char* name, const char*
   if (!hasRule("missing", text) && isDeclared(text, signature)) {
     return reinterpret_cast<jmethodID>(keep(Method{name}));
   }
-  raise("java/lang/NoSuchMethodError", name);
-  return nullptr;
+  return raise("java/lang/NoSuchMethodError", name);
 }
 
 // Whether the call throws in place of being made.
@@ -170,8 +165,7 @@ void JNICALL callVoidMethod(JNIEnv*, jobject target, jmethodID method, va_list a
 }
 
 void JNICALL callStaticVoidMethod(JNIEnv*, jclass, jmethodID method, va_list arguments) {
-  const bool isMain = reinterpret_cast<Method*>(method)->name == "main";
-  if (isMain) {
+  if (reinterpret_cast<Method*>(method)->name == "main") {
     for (const Object* element : object(va_arg(arguments, jobject))->elements) {
       record("argument " + element->text);
     }
@@ -184,10 +178,7 @@ void JNICALL callStaticVoidMethod(JNIEnv*, jclass, jmethodID method, va_list arg
 jobject JNICALL newObject(JNIEnv*, jclass owner, jmethodID, va_list arguments) {
   Object* made = keep(Object{object(owner)->text, ""});
   record("NewObject " + made->className);
-  if (hasRule("throws", made->className)) {
-    raise("java/lang/OutOfMemoryError", "");
-    return nullptr;
-  }
+  if (hasRule("throws", made->className)) return raise("java/lang/OutOfMemoryError", "");
   if (made->className == "java/io/PrintStream") {
     made->elements.push_back(object(va_arg(arguments, jobject)));
   }
@@ -195,110 +186,27 @@ jobject JNICALL newObject(JNIEnv*, jclass owner, jmethodID, va_list arguments) {
 }
 
 jobjectArray JNICALL newObjectArray(JNIEnv*, jsize size, jclass, jobject) {
-  if (hasRule("null", "NewObjectArray")) {
-    raise("java/lang/OutOfMemoryError", "array");
-    return nullptr;
-  }
+  if (hasRule("null", "NewObjectArray")) return raise("java/lang/OutOfMemoryError", "array");
   Object array{"[Ljava/lang/String;", ""};
   array.elements.resize(static_cast<std::size_t>(size));
   return local<jobjectArray>(keep(array));
 }
 
-void JNICALL setElement(JNIEnv*, jobjectArray array, jsize index, jobject element) {
-  object(array)->elements.at(static_cast<std::size_t>(index)) = object(element);
-}
-
-jstring JNICALL newString(JNIEnv*, const char* text) { return local<jstring>(makeString(text)); }
-
 const char* JNICALL getChars(JNIEnv*, jstring text, jboolean*) {
   if (hasRule("null", "GetStringUTFChars")) {
-    raise("java/lang/OutOfMemoryError", "characters");
-    return nullptr;
+    return raise("java/lang/OutOfMemoryError", "characters");
   }
   // A copy, so that a caller who does not release it is found out by the leak checker.
   return strdup(object(text)->text.c_str());
 }
 
-void JNICALL releaseChars(JNIEnv*, jstring, const char* characters) {
-  std::free(const_cast<char*>(characters));  // NOLINT
-}
-
-jclass JNICALL getObjectClass(JNIEnv*, jobject target) {
-  return local<jclass>(makeClass(object(target)->className));
-}
-
-jboolean JNICALL isInstanceOf(JNIEnv*, jobject target, jclass type) {
-  return object(target)->className == object(type)->text ? JNI_TRUE : JNI_FALSE;
-}
-
-jint JNICALL throwObject(JNIEnv*, jthrowable exception) {
-  pending = object(exception);
-  record("Throw " + pending->className);
-  return 0;
-}
-
-jint JNICALL throwNew(JNIEnv*, jclass type, const char* message) {
-  raise(object(type)->text, message);
-  return 0;
-}
-
-jthrowable JNICALL exceptionOccurred(JNIEnv*) { return local<jthrowable>(pending); }
-jboolean JNICALL exceptionCheck(JNIEnv*) { return pending != nullptr ? JNI_TRUE : JNI_FALSE; }
-void JNICALL exceptionClear(JNIEnv*) { pending = nullptr; }
-void JNICALL exceptionDescribe(JNIEnv*) {
-  record("ExceptionDescribe " + (pending == nullptr ? "nothing" : pending->className));
-}
-
-jobject JNICALL newGlobalRef(JNIEnv*, jobject target) {
-  if (target == nullptr || hasRule("null", "NewGlobalRef")) return nullptr;
-  record("NewGlobalRef " + object(target)->text);
-  ++globalRefs;
-  return target;
-}
-
-void JNICALL deleteGlobalRef(JNIEnv*, jobject target) {
-  record("DeleteGlobalRef " + object(target)->text);
-  --globalRefs;
-}
-
-jobject JNICALL newLocalRef(JNIEnv*, jobject target) {
-  return hasRule("null", "NewLocalRef") ? nullptr : local(object(target));
-}
-
-void JNICALL deleteLocalRef(JNIEnv*, jobject target) {
-  if (target != nullptr) --localRefs;
-}
-
 extern JavaVM machine;
 extern JNIEnv environment;
-
-jint JNICALL getJavaVM(JNIEnv*, JavaVM** vm) {
-  *vm = &machine;
-  return number("getJavaVM");
-}
-
-jint JNICALL attachThread(JavaVM*, void** env, void*) {
-  record("AttachCurrentThread");
-  *env = &environment;
-  attached = number("attach") == 0;
-  return number("attach");
-}
-
-jint JNICALL detachThread(JavaVM*) {
-  record("DetachCurrentThread");
-  attached = false;
-  return 0;
-}
-
-jint JNICALL getEnv(JavaVM*, void** env, jint) {
-  *env = attached ? &environment : nullptr;
-  return attached ? JNI_OK : JNI_EDETACHED;
-}
 
 const JNINativeInterface_& functions() {
   static const JNINativeInterface_ table = [] {
     JNINativeInterface_ f = {};
-    f.GetVersion = getVersion;
+    f.GetVersion = [](JNIEnv*) -> jint { return JNI_VERSION_1_8; };
     f.FindClass = findClass;
     f.GetMethodID = getMethod;
     f.GetStaticMethodID = getMethod;
@@ -307,31 +215,84 @@ const JNINativeInterface_& functions() {
     f.CallStaticVoidMethodV = callStaticVoidMethod;
     f.NewObjectV = newObject;
     f.NewObjectArray = newObjectArray;
-    f.SetObjectArrayElement = setElement;
-    f.NewStringUTF = newString;
+    f.SetObjectArrayElement = [](JNIEnv*, jobjectArray array, jsize index, jobject element) {
+      object(array)->elements.at(static_cast<std::size_t>(index)) = object(element);
+    };
+    f.NewStringUTF = [](JNIEnv*, const char* text) { return local<jstring>(makeString(text)); };
     f.GetStringUTFChars = getChars;
-    f.ReleaseStringUTFChars = releaseChars;
-    f.GetObjectClass = getObjectClass;
-    f.IsInstanceOf = isInstanceOf;
-    f.Throw = throwObject;
-    f.ThrowNew = throwNew;
-    f.ExceptionOccurred = exceptionOccurred;
-    f.ExceptionCheck = exceptionCheck;
-    f.ExceptionClear = exceptionClear;
-    f.ExceptionDescribe = exceptionDescribe;
-    f.NewGlobalRef = newGlobalRef;
-    f.DeleteGlobalRef = deleteGlobalRef;
-    f.NewLocalRef = newLocalRef;
-    f.DeleteLocalRef = deleteLocalRef;
-    f.GetJavaVM = getJavaVM;
+    f.ReleaseStringUTFChars = [](JNIEnv*, jstring, const char* characters) {
+      std::free(const_cast<char*>(characters));  // NOLINT
+    };
+    f.GetObjectClass = [](JNIEnv*, jobject target) {
+      return local<jclass>(makeClass(object(target)->className));
+    };
+    f.IsInstanceOf = [](JNIEnv*, jobject target, jclass type) -> jboolean {
+      return object(target)->className == object(type)->text;
+    };
+    f.Throw = [](JNIEnv*, jthrowable exception) {
+      pending = object(exception);
+      record("Throw " + pending->className);
+      return 0;
+    };
+    f.ThrowNew = [](JNIEnv*, jclass type, const char* message) {
+      raise(object(type)->text, message);
+      return 0;
+    };
+    f.ExceptionOccurred = [](JNIEnv*) { return local<jthrowable>(pending); };
+    f.ExceptionCheck = [](JNIEnv*) -> jboolean { return pending != nullptr; };
+    f.ExceptionClear = [](JNIEnv*) { pending = nullptr; };
+    f.ExceptionDescribe = [](JNIEnv*) {
+      record("ExceptionDescribe " + (pending == nullptr ? "nothing" : pending->className));
+    };
+    f.NewGlobalRef = [](JNIEnv*, jobject target) -> jobject {
+      if (target == nullptr || hasRule("null", "NewGlobalRef")) return nullptr;
+      record("NewGlobalRef " + object(target)->text);
+      ++globalRefs;
+      return target;
+    };
+    f.DeleteGlobalRef = [](JNIEnv*, jobject target) {
+      record("DeleteGlobalRef " + object(target)->text);
+      --globalRefs;
+    };
+    f.NewLocalRef = [](JNIEnv*, jobject target) {
+      return hasRule("null", "NewLocalRef") ? nullptr : local(object(target));
+    };
+    f.DeleteLocalRef = [](JNIEnv*, jobject target) {
+      if (target != nullptr) --localRefs;
+    };
+    f.GetJavaVM = [](JNIEnv*, JavaVM** vm) {
+      *vm = &machine;
+      return number("getJavaVM");
+    };
     return f;
   }();
   return table;
 }
 
-const JNIInvokeInterface_ invokeFunctions = {nullptr,      nullptr,      nullptr, nullptr,
-                                             attachThread, detachThread, getEnv,  nullptr};
-JavaVM machine = {&invokeFunctions};
+const JNIInvokeInterface_& invokeFunctions() {
+  static const JNIInvokeInterface_ table = [] {
+    JNIInvokeInterface_ f = {};
+    f.AttachCurrentThread = [](JavaVM*, void** env, void*) {
+      record("AttachCurrentThread");
+      *env = &environment;
+      attached = number("attach") == 0;
+      return number("attach");
+    };
+    f.DetachCurrentThread = [](JavaVM*) {
+      record("DetachCurrentThread");
+      attached = false;
+      return 0;
+    };
+    f.GetEnv = [](JavaVM*, void** env, jint) {
+      *env = attached ? &environment : nullptr;
+      return attached ? JNI_OK : JNI_EDETACHED;
+    };
+    return f;
+  }();
+  return table;
+}
+
+JavaVM machine = {&invokeFunctions()};
 JNIEnv environment = {&functions()};
 
 int machineCount() {
