@@ -14,18 +14,20 @@
 #include "vorlane/bootstrap.h"
 
 using testing::HasSubstr;
-using zyl::test::Environment;
-using zyl::test::expectAll;
-using zyl::test::Outcome;
-using zyl::test::serverLayout;
-using zyl::test::tavornLayout;
 
+namespace zyl::test {
 namespace {
 
 using Texts = std::vector<std::string>;
 
-class Creation : public zyl::test::StubInstallation {
+class Creation : public StubInstallation {
  protected:
+  // Creates a machine, with a handler that says nothing.
+  static void create(bool log, bool redirectsOutput, bool requiresGenerationalGC = false) {
+    ZylKvlLogger::_enabled = log;
+    ZylKvlNullMessageHandler handler;
+    EXPECT_TRUE(ZylKvlCreateJVM(handler, redirectsOutput, requiresGenerationalGC));
+  }
   // The library path with `entries` behind the program's own directory.
   [[nodiscard]] std::string libraryPath(const std::string& entries) const {
     const std::string runtime = _home + tavornLayout.substr(0, tavornLayout.rfind('/'));
@@ -128,9 +130,7 @@ TEST_F(Creation, FollowsTheVariables) {
     Environment environment = {{row.name, row.value}, {"LD_LIBRARY_PATH", "/old"}};
     environment.insert({"VTQROOT_OVERRIDE", _vtq});
     const Outcome outcome = run(environment, [&row] {
-      ZylKvlLogger::_enabled = true;
-      ZylKvlNullMessageHandler handler;
-      EXPECT_TRUE(ZylKvlCreateJVM(handler, false, /*requireGenerationalGC=*/true));
+      create(/*log=*/true, /*redirectsOutput=*/false, /*requiresGenerationalGC=*/true);
       EXPECT_THAT(std::getenv("LD_LIBRARY_PATH"),
                   testing::EndsWith(std::string("native_threads:") + row.inherited));
     });
@@ -146,18 +146,14 @@ TEST_F(Creation, FollowsTheVariables) {
 
 TEST_F(Creation, TellsATavornRuntimeNothingThatIsNotRequired) {
   addRuntime(tavornLayout);
-  const Outcome outcome = run({}, [] {
-    ZylKvlLogger::_enabled = true;
-    ZylKvlNullMessageHandler handler;
-    EXPECT_TRUE(ZylKvlCreateJVM(handler, false, /*requireGenerationalGC=*/false));
-  });
+  const Outcome outcome = run({}, [] { create(/*log=*/true, /*redirectsOutput=*/false); });
   expectAll(outcome.err,
             {"Detected Tavorn JVM but executable did not require generational GC policy.\n"});
   EXPECT_EQ(recorded("option"), (Texts{"-Djava.class.path=" + _kvl + "/lib/kvlall.jar",
                                        "-Djava.library.path=" + libraryPath("")}));
 }
 
-TEST_F(Creation, RedirectsOutputWithTheLogOn) {
+TEST_F(Creation, RedirectsOutputWithTheLogOnAlone) {
   const std::string loader = "marz/vorlane/ZylJNILoader";
   const struct {
     std::string rules;
@@ -170,11 +166,9 @@ TEST_F(Creation, RedirectsOutputWithTheLogOn) {
               {"throws=setRedirectStandardOutput", "failure", true, true}};
   for (const auto& row : rows) {
     const Outcome outcome = run({{"STUB_RUNTIME", row.rules}}, [] {
-      ZylKvlLogger::_enabled = true;
-      ZylKvlNullMessageHandler handler;
-      EXPECT_TRUE(ZylKvlCreateJVM(handler, /*redirectJavaOutput=*/true, false));
+      create(/*log=*/true, /*redirectsOutput=*/true);
       EXPECT_FALSE(jace::helper::attach()->ExceptionCheck());
-      EXPECT_EQ(zyl::test::openLocalRefs(), 0);
+      EXPECT_EQ(openLocalRefs(), 0);
     });
     expectAll(outcome.err,
               {"--Attaching to JVM environment\n--Attached? true\n",
@@ -184,21 +178,14 @@ TEST_F(Creation, RedirectsOutputWithTheLogOn) {
     EXPECT_EQ(recorded("flag"), row.isCalled ? Texts{"true"} : Texts{});
     EXPECT_EQ(wasDescribed(), !row.rules.empty());
   }
-}
-
-TEST_F(Creation, RedirectsNothingWithTheLogOff) {
-  run({}, [] {
-    ZylKvlNullMessageHandler handler;
-    EXPECT_TRUE(ZylKvlCreateJVM(handler, /*redirectJavaOutput=*/true, false));
-  });
+  run({}, [] { create(/*log=*/false, /*redirectsOutput=*/true); });
   EXPECT_EQ(recorded("FindClass"), Texts{});
 }
 
 TEST_F(Creation, SeparatesNothingFromAnEmptyModuleDirectory) {
   run({{"VTQS_JAVA_ARGS", "-Djava.library.path=/l"}}, [] {
-    zyl::test::moduleFile = "/x.so";
-    ZylKvlNullMessageHandler handler;
-    EXPECT_TRUE(ZylKvlCreateJVM(handler, false, false));
+    moduleFile = "/x.so";
+    create(/*log=*/false, /*redirectsOutput=*/false);
   });
   EXPECT_THAT(recorded("option"),
               testing::ElementsAre(testing::_, testing::StartsWith("-Djava.library.path=/l:")));
@@ -288,13 +275,12 @@ TEST_F(Creation, UsesTheMachineThatRuns) {
     const Outcome outcome = run({{"STUB_RUNTIME", row.rules}}, [this, &row] {
       if (row.isLoaded) dlopen((_home + serverLayout).c_str(), RTLD_NOW | RTLD_GLOBAL);
       if (row.isHidden) unsetenv("JAVA_HOME");
-      zyl::test::modulesAreHidden = row.isHidden;
+      modulesAreHidden = row.isHidden;
       ZylKvlLogger::_enabled = true;
       ZylKvlNullMessageHandler handler;
       for (int i = 0; i < 2; ++i) EXPECT_EQ(JavaUtils::HasJVM(handler), row.isUsed);
       // A library without a machine is left again.
-      EXPECT_EQ(zyl::test::closedLibraries == 1,
-                std::string(row.found).ends_with("assume no JVM running\n"));
+      EXPECT_EQ(closedLibraries == 1, std::string(row.found).ends_with("assume no JVM running\n"));
       if (!row.isUsed) return;
       for (int i = 0; i < 2; ++i) EXPECT_FALSE(ZylKvlCreateJVM(handler, false, false));
       EXPECT_EQ(ZylKvlGetJVM(handler), jace::helper::attach());
@@ -307,3 +293,4 @@ TEST_F(Creation, UsesTheMachineThatRuns) {
 }
 
 }  // namespace
+}  // namespace zyl::test

@@ -20,10 +20,8 @@
 #include "vorlane/bootstrap/message_handler.h"
 
 using testing::HasSubstr;
-using zyl::test::inChild;
-using zyl::test::Outcome;
-using zyl::test::TemporaryDirectory;
 
+namespace zyl::test {
 namespace {
 
 TEST(SystemUtils, GivesTheDirectoryOfAPath) {
@@ -87,14 +85,14 @@ TEST(SystemUtils, TellsTheModule) {
     ZylKvlLogger::_enabled = true;
     EXPECT_THAT(SystemUtils::GetCurrentModuleFilePath(), testing::EndsWith("/bootstrap_test"));
     for (const char* file : {"/d/libx.so.1", "/d/x.a", "x.dll"}) {
-      zyl::test::moduleFile = file;
+      moduleFile = file;
       EXPECT_TRUE(ZylKvlIsRunningAsSharedLib());
     }
     const std::string longFile(3000, 'x');
-    zyl::test::moduleFile = longFile.c_str();
+    moduleFile = longFile.c_str();
     EXPECT_FALSE(ZylKvlIsRunningAsSharedLib());
     EXPECT_EQ(SystemUtils::GetCurrentModuleFilePath(), longFile.substr(0, 1023));
-    zyl::test::modulesAreHidden = true;
+    modulesAreHidden = true;
     EXPECT_EQ(SystemUtils::GetCurrentModuleFilePath(), "cant_find_module_path");
     EXPECT_EQ(ZylKvlGetCurrentModuleDirPath(), "cant_find_module_path");
     EXPECT_FALSE(ZylKvlIsRunningAsSharedLib());
@@ -144,8 +142,7 @@ TEST(Roots, AreFoundOncePerProcess) {
         EXPECT_EQ(product.get(handler), directory.path(root));
       });
     }
-    for (const zyl::test::Environment& environment :
-         {zyl::test::Environment{}, {{variable, bad}}}) {
+    for (const Environment& environment : {Environment{}, {{variable, bad}}}) {
       const Outcome outcome = inChild(environment, [&] {
         ZylKvlDefaultMessageHandler handler;
         for (int i = 0; i < 2; ++i) EXPECT_FALSE(product.isThere(handler));
@@ -216,7 +213,7 @@ TEST(JavaHome, IsAJreOrHoldsOne) {
   };
   const std::string none = "ERROR: Can't find/create a valid Java Runtime Environment.\n";
   const struct {
-    zyl::test::Environment environment;
+    Environment environment;
     std::string library;
     std::string err;
   } rows[] = {
@@ -268,7 +265,7 @@ class LoadTime : public testing::Test {
   }
 
   [[nodiscard]] std::string takeRecord() const {
-    std::string record = zyl::test::readFile(_directory.path("record"));
+    std::string record = readFile(_directory.path("record"));
     std::filesystem::remove(_directory.path("record"));
     return record;
   }
@@ -288,9 +285,9 @@ TEST_F(LoadTime, LoadsTheCompanionFromTheLibrarysDirectory) {
     EXPECT_EQ(takeRecord(), "loaded in " + _sub + "\n");
   }
   // Without a way back the working directory is not left.
-  zyl::test::directoryIsHidden = true;
+  directoryIsHidden = true;
   EXPECT_EQ(load(_library).err, "");
-  zyl::test::directoryIsHidden = false;
+  directoryIsHidden = false;
   EXPECT_EQ(takeRecord(), "loaded in " + _directory.path() + "\n");
 }
 
@@ -315,3 +312,4 @@ TEST_F(LoadTime, FindsTheKvlRootTwoLevelsAboveTheLibrary) {
 }
 
 }  // namespace
+}  // namespace zyl::test
