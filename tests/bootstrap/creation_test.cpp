@@ -91,11 +91,16 @@ TEST_F(Creation, PassesOptionsAndPathsInOrder) {
 
 TEST_F(Creation, FollowsTheVariables) {
   const std::string noInheritedPath = "VTQS_JVM_NO_INHERITED_LIBPATH_APPEND";
+  const std::string noMemory = "VTQS_JAVA_NO_DEFAULT_MEMORY";
+  const std::string noMemoryText = "Don't set any JVM memory limit, since environment variable ";
+  const std::string noPathText =
+      "Setting JavaNoInheritedLIBPATHAppend to true, inherited LIBPATH will NOT be appended when "
+      "launching JVM";
   const struct {
     std::string name;
     const char* value;
     Texts options;
-    const char* trace = "";
+    std::string trace = "";
     const char* inherited = "/old";
     std::string classPath = "";  // how it begins
   } rows[] = {
@@ -108,20 +113,11 @@ TEST_F(Creation, FollowsTheVariables) {
       {"VTQS_JAVA_ARGS", "-a-Xmx1g", {"-a-Xmx1g"}, "Setting max JVM memory to 'mx1g' from"},
       {"VTQS_JAVA_ARGS", "-Xmx 1g", {"-Xmx 1g"}, "Setting max JVM memory to '' from"},
       {"VTQS_JAVA_ARGS", "-Xmx1g", {"-Xmx1g"}, "Setting max JVM memory to '1g' from"},
-      {"VTQS_JAVA_NO_DEFAULT_MEMORY",
-       "true",
-       {},
-       "Don't set any JVM memory limit, since environment"
-       " variable VTQS_JAVA_NO_DEFAULT_MEMORY is set to true"},
-      {"VTQS_JAVA_NO_DEFAULT_MEMORY", "TRUE", {}},
-      {"VTQS_JAVA_NO_DEFAULT_MEMORY", "True", {"-Xmx512M"}},
+      {noMemory, "true", {}, noMemoryText + noMemory + " is set to true"},
+      {noMemory, "TRUE", {}},
+      {noMemory, "True", {"-Xmx512M"}},
       {"VTQROOT_OVERRIDE", "/none", {}},
-      {noInheritedPath,
-       "1",
-       {"-Xmx512M"},
-       "Setting JavaNoInheritedLIBPATHAppend to true, inherited "
-       "LIBPATH will NOT be appended when launching JVM",
-       ""},
+      {noInheritedPath, "1", {"-Xmx512M"}, noPathText, ""},
       {noInheritedPath, "", {"-Xmx512M"}, "", ""},
       {noInheritedPath, "0x", {"-Xmx512M"}},
   };

@@ -41,21 +41,6 @@ TEST_F(ZylCloning, SharedPartsStayShared) {
   EXPECT_FALSE(target->hasClone(top));
 }
 
-TEST_F(ZylCloning, TheLockKeepsClonesKnown) {
-  Probe* a = probe(env, "a");
-  EXPECT_EQ(target->lockCloning(), 1);
-  EXPECT_EQ(target->lockCloning(), 0);
-  EXPECT_TRUE(target->isCloningLocked());
-  EXPECT_FALSE(target->hasClone(a));
-  Probe* clone = cloneOf(a);
-  EXPECT_TRUE(target->hasClone(a));
-  EXPECT_EQ(cloneOf(a), clone);
-  EXPECT_EQ(cloneOf(probe(env, "b", a))->left, clone);
-  target->unlockCloning();
-  EXPECT_FALSE(target->hasClone(a));
-  EXPECT_NE(cloneOf(a), clone);
-}
-
 TEST_F(ZylCloning, LevelsAreUndone) {
   Probe* a = probe(env, "a");
   Probe* b = probe(env, "b");
