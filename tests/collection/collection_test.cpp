@@ -1,7 +1,5 @@
 // The tree of collections: what each class answers, refuses and says, and news of changes.
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <limits>
 #include <string>

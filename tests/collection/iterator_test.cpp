@@ -1,7 +1,5 @@
 // Iterators over the values of collections.
 
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <memory>
 #include <random>

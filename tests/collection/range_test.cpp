@@ -2,8 +2,6 @@
 
 #include "vorlane/collection/range.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 
 #include "support/support.h"

@@ -1,7 +1,5 @@
 // Sorting of arrays, and the mark of a sorted collection.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <limits>
 #include <random>

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/allocation_stack.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <random>

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/array.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <random>

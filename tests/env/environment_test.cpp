@@ -2,8 +2,6 @@
 
 #include "vorlane/env/environment.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <optional>

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/exception.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <sstream>
 #include <string>

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/hash_table.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <map>

@@ -1,7 +1,5 @@
 // The size-class pools.
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <random>

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/number.h"
 
-#include <gtest/gtest.h>
-
 #include <clocale>
 #include <cmath>
 #include <cstring>

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/plug_in.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 #include <utility>

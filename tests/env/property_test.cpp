@@ -2,8 +2,6 @@
 
 #include "vorlane/env/property.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <string>
 

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/rtti.h"
 
-#include <gtest/gtest.h>
-
 #include <map>
 #include <string>
 

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/symbol.h"
 
-#include <gtest/gtest.h>
-
 #include <set>
 #include <sstream>
 #include <string>

@@ -1,7 +1,5 @@
 // What may be done by several threads at once.
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <cstring>
 #include <set>
@@ -35,22 +33,17 @@ template <int N>
 class Fresh : public ZylRttiEnvObjectI {
   ZYL_TYPE(Fresh, ZylRttiEnvObjectI)
 };
-#define FRESH_(N)                              \
-  template <>                                  \
-  long Fresh<N>::_rttiIndex = 0;               \
-  template <>                                  \
-  void Fresh<N>::InitTypeIndex() {             \
-    zyl::detail::assignTypeIndex(&_rttiIndex); \
-  }
-FRESH_(0)
-FRESH_(1)
-FRESH_(2)
-FRESH_(3)
-FRESH_(4)
-FRESH_(5)
-FRESH_(6)
-FRESH_(7)
-#undef FRESH_
+template <int N>
+long Fresh<N>::_rttiIndex = 0;
+template <int N>
+void Fresh<N>::InitTypeIndex() {
+  zyl::detail::assignTypeIndex(&_rttiIndex);
+}
+
+template <int... N>
+std::vector<long> freshIndices(std::integer_sequence<int, N...>) {
+  return {Fresh<N>::GetTypeIndex()...};
+}
 
 TEST(ZylThreads, AgreeOnTypeIndices) {
   ZylInitMT(new ZylEnvMutex);
@@ -58,10 +51,7 @@ TEST(ZylThreads, AgreeOnTypeIndices) {
   const long before = ZylRtti::_counter;
   std::vector<std::vector<long>> seen(Threads);
   together([&](int t) {
-    seen[static_cast<std::size_t>(t)] = {Fresh<0>::GetTypeIndex(), Fresh<1>::GetTypeIndex(),
-                                         Fresh<2>::GetTypeIndex(), Fresh<3>::GetTypeIndex(),
-                                         Fresh<4>::GetTypeIndex(), Fresh<5>::GetTypeIndex(),
-                                         Fresh<6>::GetTypeIndex(), Fresh<7>::GetTypeIndex()};
+    seen[static_cast<std::size_t>(t)] = freshIndices(std::make_integer_sequence<int, 8>());
   });
   ZylEndMT();
   for (const auto& indices : seen) EXPECT_EQ(indices, seen[0]);

@@ -2,8 +2,6 @@
 
 #include "vorlane/env/typed_list.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <vector>
 
