@@ -95,10 +95,10 @@ TEST_F(ZylRanges, LocksNest) {
 }
 
 TEST_F(ZylRanges, Copies) {
-  ZylEnv other;
+  EnvFixture other;
   ZylIntRangeI* range = ints(1, 4);
-  ZylIntRangeI* clone = range->makeClone(other.getImpl());
-  EXPECT_EQ(clone->getEnv(), other.getImpl());
+  ZylIntRangeI* clone = range->makeClone(other.impl);
+  EXPECT_EQ(clone->getEnv(), other.impl);
   EXPECT_EQ(clone->getUB(), 4);
   const ZylNumRangeI nums(impl, 0.5, 2.5);
   ZylNumRangeI* copy = nums.copy();
@@ -108,7 +108,6 @@ TEST_F(ZylRanges, Copies) {
   delete copy;
   range->setLockable(1);
   EXPECT_FALSE(range->copy()->isImmutable());
-  other.end();
 }
 
 TEST_F(ZylRanges, Handles) {

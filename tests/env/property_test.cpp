@@ -108,20 +108,19 @@ TEST_F(ZylProperties, DeletionOfAUsedPropertyIsRefused) {
 }
 
 TEST_F(ZylProperties, SetsAreCloned) {
-  ZylEnv other;
+  EnvFixture other;
   auto* set = new (alloc) ZylNamedPropertySetI(alloc);
   set->addProperty(makeInt("a", 1));
   set->addProperty(new (alloc) ZylNamedStringPropertyI(alloc, "b", "text"));
-  ZylNamedPropertySetI* clone = set->makeClone(other.getMemoryManager());
+  ZylNamedPropertySetI* clone = set->makeClone(other.env.getMemoryManager());
   EXPECT_EQ(names(clone), names(set));
   for (auto* cell = clone->getFirst(); cell != nullptr; cell = cell->next) {
     EXPECT_EQ(cell->property->getUseCount(), 1);
-    EXPECT_EQ(cell->property->getManager(), other.getImpl()->getGenAlloc());
+    EXPECT_EQ(cell->property->getManager(), other.impl->getGenAlloc());
   }
   delete set;
   EXPECT_STREQ(ZylGetPropertyI<ZylNamedStringPropertyI>(clone, "b")->getValue(), "text");
   delete clone;
-  other.end();
 }
 
 TEST_F(ZylProperties, OwnersTakeSetsOver) {
@@ -142,8 +141,8 @@ TEST_F(ZylProperties, OwnersTakeSetsOver) {
 }
 
 TEST_F(ZylProperties, EnvironmentsDoNotMix) {
-  ZylEnv other;
-  ZylNamedIntProperty foreign(other, "a", 4);
+  EnvFixture other;
+  ZylNamedIntProperty foreign(other.env, "a", 4);
   EXPECT_TRUE(RaisesWith<ZylEnvironmentMismatch>([&] { env.addProperty(foreign); },
                                                  "Environment mismatch"));
   env.addClonedProperty(foreign);
@@ -152,7 +151,6 @@ TEST_F(ZylProperties, EnvironmentsDoNotMix) {
   EXPECT_TRUE(RaisesWith<ZylNamedPropertySet::AlreadyPresent>(
       [&] { env.addClonedProperty(foreign); }, "Named property <a> already present"));
   foreign.end();
-  other.end();
 }
 
 // The record that leads to the set belongs to the owner, whoever made the set.

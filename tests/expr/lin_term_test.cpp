@@ -237,10 +237,9 @@ TEST_F(LinTermTest, IntegerSumsBecomeNumericOnes) {
 TEST_F(LinTermTest, ClonesKeepTheOrder) {
   ZylExpr e(2 * x + y + ZylSin(z) + 1);
   e += 3 * x;
-  ZylEnv other;
-  EXPECT_TRUE(DisplaysAs(e.getClone(other), displayed(e)));
-  EXPECT_TRUE(DisplaysAs(ZylIntExprArg(2 * i + j - 4).getClone(other), "2 * i  + j  + -4 "));
-  other.end();
+  EnvFixture other;
+  EXPECT_TRUE(DisplaysAs(e.getClone(other.env), displayed(e)));
+  EXPECT_TRUE(DisplaysAs(ZylIntExprArg(2 * i + j - 4).getClone(other.env), "2 * i  + j  + -4 "));
 }
 
 TEST_F(LinTermTest, FoldsWhatTheEvaluatorKnows) {

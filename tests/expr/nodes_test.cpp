@@ -174,14 +174,13 @@ TEST_P(NodeTest, IsIntegerByItsRule) {
 }
 
 TEST_P(NodeTest, ClonesWithItsPartsIntoAnotherEnvironment) {
-  ZylEnv other;
-  ZylNumExprArg clone = node.getClone(other);
-  EXPECT_EQ(clone.getEnv().getImpl(), other.getImpl());
+  EnvFixture other;
+  ZylNumExprArg clone = node.getClone(other.env);
+  EXPECT_EQ(clone.getEnv().getImpl(), other.impl);
   EXPECT_STREQ(clone.getImpl()->getRttiTypeName(), GetParam().name);
-  other.setLongDisplay(true);
+  other.env.setLongDisplay(true);
   env.setLongDisplay(true);
   EXPECT_TRUE(DisplaysAs(clone, displayed(node)));
-  other.end();
 }
 
 // Whoever ends a node gets all back that its making took.

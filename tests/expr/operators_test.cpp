@@ -127,9 +127,9 @@ TEST_F(OperatorsTest, ConstraintsAreOperands) {
 // Each row and column of the table of texts, and subtraction with them; nothing is built before
 // the test.
 TEST_F(OperatorsTest, EnvironmentsMustAgree) {
-  ZylEnv other;
-  const ZylNumVar a(other);
-  const ZylIntVar k(other);
+  EnvFixture other;
+  const ZylNumVar a(other.env);
+  const ZylIntVar k(other.env);
   const ZylNumExprArg numExpr = ZylSin(a);
   const ZylIntExprArg intExpr = ZylAbs(k);
   ZylExpr e(env);
@@ -167,7 +167,6 @@ TEST_F(OperatorsTest, EnvironmentsMustAgree) {
   EXPECT_TRUE(
       RaisesWith<ZylWrongUsage>([&] { ZylPower(x, a); }, "ZylPower: mixing mismatch environments"));
   EXPECT_TRUE(DisplaysAs(e, "0 ")) << "as it was";
-  other.end();
 }
 
 }  // namespace

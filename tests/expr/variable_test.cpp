@@ -162,15 +162,14 @@ TEST_F(ZylVariableTest, AnIndicatorGoesWithItsConstraint) {
 }
 
 TEST_F(ZylVariableTest, ClonesCopyTheDomainButSemiContinuousOnesDoNot) {
-  ZylEnv other;
+  EnvFixture other;
   ZylIntVar i(env, ZylIntArray(env, 2L, 3L, 5L), "i");
-  const ZylIntVar clone = i.getClone(other);
+  const ZylIntVar clone = i.getClone(other.env);
   i.setMax(4);
   EXPECT_TRUE(DisplaysAs(clone, "i[3, 5]"));
   ZylSemiContVar s(env, 2, 5, ZylNumVar::Float, "s");
-  EXPECT_EQ(s.getClone(other).getUB(), ZylInfinity);
-  EXPECT_EQ(s.getClone(other).getSemiContinuousLb(), 2.0);
-  other.end();
+  EXPECT_EQ(s.getClone(other.env).getUB(), ZylInfinity);
+  EXPECT_EQ(s.getClone(other.env).getSemiContinuousLb(), 2.0);
 }
 
 TEST_F(ZylVariableTest, ConversionsLoseVariablesThatEnd) {
