@@ -108,8 +108,10 @@ TEST_F(FunctionsTest, ArrayFunctionsCheckTheirElements) {
        {"ZylMax" + mismatch, [&] { ZylMax(mixed); }},
        {"ZylCount" + mismatch, [&] { ZylCount(mixed, 1); }},
        {"ZylStandardDeviation" + mismatch, [&] { ZylStandardDeviation(mixed); }}});
-  const ZylIntExprArray gap(env, 2, i, ZylIntExprArg());
-  const ZylIntExprArray none(env);
+  ZylIntExprArray gap(env, 2, i, j);
+  gap[1] = ZylIntExprArg();
+  ZylIntExprArray none(env, 1, i);
+  none.clear();
   ExpectEachRaises<ZylArrayError>(
       {{"ZylCount: empty handle in array", [&] { ZylCount(gap, 1); }},
        {"ZylCount: array of size 0", [&] { ZylCount(none, 1); }},
