@@ -1,9 +1,17 @@
 #!/usr/bin/env python3
-"""Runs the benchmarks and prints each figure as a ratio to the floor measured in the same run.
+"""Runs the benchmarks and prints each figure as a ratio to the floor measured beside it.
 
 usage: ratios.py BUILD_DIRECTORY [FILTER]
+
+Each workload has a process of its own, with its floor: memory that others have given back would
+serve the one and not the other.
 """
 import json, pathlib, re, subprocess, sys
+
+
+def run(program, *options):
+    return subprocess.run([str(program), *options], check=True, capture_output=True,
+                          text=True).stdout
 
 
 def main(argv):
@@ -14,23 +22,22 @@ def main(argv):
     for program in sorted(build.glob("*_bench")):
         if program.name == "java_launch_bench":  # needs a Java runtime, and has no floor
             continue
-        command = [str(program), "--benchmark_format=json", "--benchmark_repetitions=3",
-                   "--benchmark_report_aggregates_only=true"]
-        if len(argv) > 2:
-            command.append("--benchmark_filter=" + argv[2])
-        report = json.loads(subprocess.run(command, check=True, capture_output=True).stdout or "{}")
-        medians = {b["run_name"]: b for b in report.get("benchmarks", [])
-                   if b["aggregate_name"] == "median"}
-        for name, run in medians.items():
-            floor = medians.get(name.replace("_vorlane", "_floor"))
-            if "_vorlane" not in name or floor is None:
+        for name in run(program, "--benchmark_list_tests").split():
+            if "_vorlane" not in name or not re.search(argv[2] if len(argv) > 2 else "", name):
                 continue
-            extra = ", ".join(f"{k} {v:.1f}" for k, v in run.items()
+            pair = "^" + name.replace("_vorlane", "_(floor|vorlane)") + "$"
+            report = json.loads(run(program, "--benchmark_format=json",
+                                    "--benchmark_repetitions=3", "--benchmark_filter=" + pair,
+                                    "--benchmark_report_aggregates_only=true"))
+            medians = {b["run_name"]: b for b in report["benchmarks"]
+                       if b["aggregate_name"] == "median"}
+            ours, floor = medians[name], medians[name.replace("_vorlane", "_floor")]
+            extra = ", ".join(f"{k} {v:.1f}" for k, v in ours.items()
                               if k.startswith("bytes") or k == "heard")
             label = re.sub(r"BM_|_vorlane", "", name)
-            print(f"{label:32} {run['real_time'] / floor['real_time']:6.2f} x  "
-                  f"({floor['real_time']:.2f} {floor['time_unit']} floor){'  ' + extra if extra else ''}",
-                  flush=True)
+            print(f"{label:32} {ours['real_time'] / floor['real_time']:6.2f} x  "
+                  f"({floor['real_time']:.2f} {floor['time_unit']} floor)"
+                  f"{'  ' + extra if extra else ''}", flush=True)
     return 0
 
 

@@ -1,8 +1,10 @@
 #include "vorlane/env/simple_hash_table.h"
 
+#include <utility>
+
 ZylSimpleHashTable::ZylSimpleHashTable(const ZylEnv& env, long size)
-    : _env(env.getImpl()), _current(&_sentinel), _size(size), _buckets(nullptr),
-      _sentinel{nullptr, nullptr, nullptr}, _count(0) {
+    : _env(env.getImpl()), _current(&_sentinel), _size(size),
+      _buckets(nullptr), _sentinel{nullptr, nullptr, nullptr}, _count(0) {
   if (_env == nullptr) ZylRaiseEmptyHandle();
   _buckets = makeBuckets(size);
 }
@@ -116,12 +118,16 @@ void ZylSimpleHashTable2::reHash() {
   _buckets = makeBuckets(2 * size);
   _size = 2 * size;
   for (long i = 0; i < size; ++i) {
+    // Oldest first: of several items of one key the newest stays in front.
+    Item* oldest = &_sentinel;
     for (Item* item = before[i]; item != &_sentinel;) {
-      Item* next = item->next;
-      Item** bucket = &_buckets[bucketOf(item->key)];
-      item->next = *bucket;
-      *bucket = item;
-      item = next;
+      Item* next = std::exchange(item->next, oldest);
+      oldest = std::exchange(item, next);
+    }
+    while (oldest != &_sentinel) {
+      Item** bucket = &_buckets[bucketOf(oldest->key)];
+      Item* newer = std::exchange(oldest->next, *bucket);
+      *bucket = std::exchange(oldest, newer);
     }
   }
   _env->free(before, static_cast<unsigned long>(size) * sizeof(Item*));
