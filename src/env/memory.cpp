@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 
 namespace zyl::detail {
@@ -13,6 +14,8 @@ bool (*failAllocation)() = nullptr;
 
 void* allocateGlobal(std::size_t size) {
   if (ZYL_UNLIKELY(failAllocation != nullptr) && failAllocation()) ZylRaiseMemory();
+  // No object is larger, and memory tools end the process on such requests.
+  if (size > static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max())) ZylRaiseMemory();
   void* block = ::operator new(size, std::nothrow);
   if (block == nullptr) ZylRaiseMemory();
   return block;
