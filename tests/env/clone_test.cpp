@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <random>
 #include <vector>
 
@@ -105,7 +106,9 @@ TEST_F(ZylCloning, ALockedMemoAgreesWithAList) {
   for (unsigned seed = 1; seed <= 20; ++seed) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 random(seed);
-    const auto pick = [&](auto& from) { return from.begin() + random() % from.size(); };
+    const auto pick = [&](auto& from) {
+      return std::next(from.begin(), static_cast<long>(random() % from.size()));
+    };
     std::vector<Probe*> originals;
     std::vector<Probe*> clones;
     std::vector<Entry> known;

@@ -1,5 +1,7 @@
 // What may be done by several threads at once.
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <cstring>
 #include <set>
@@ -29,21 +31,20 @@ void together(Body body) {
 }
 
 // Classes that nobody else asks.
-template <int N>
-class Fresh : public ZylRttiEnvObjectI {
-  ZYL_TYPE(Fresh, ZylRttiEnvObjectI)
-};
-template <int N>
-long Fresh<N>::_rttiIndex = 0;
-template <int N>
-void Fresh<N>::InitTypeIndex() {
-  zyl::detail::assignTypeIndex(&_rttiIndex);
-}
-
-template <int... N>
-std::vector<long> freshIndices(std::integer_sequence<int, N...>) {
-  return {Fresh<N>::GetTypeIndex()...};
-}
+#define FRESH_(Class)                      \
+  class Class : public ZylRttiEnvObjectI { \
+    ZYL_TYPE(Class, ZylRttiEnvObjectI)     \
+  };                                       \
+  ZYL_TYPE_DEF(Class, ZylRttiEnvObjectI)
+FRESH_(Fresh0)
+FRESH_(Fresh1)
+FRESH_(Fresh2)
+FRESH_(Fresh3)
+FRESH_(Fresh4)
+FRESH_(Fresh5)
+FRESH_(Fresh6)
+FRESH_(Fresh7)
+#undef FRESH_
 
 TEST(ZylThreads, AgreeOnTypeIndices) {
   ZylInitMT(new ZylEnvMutex);
@@ -51,7 +52,10 @@ TEST(ZylThreads, AgreeOnTypeIndices) {
   const long before = ZylRtti::_counter;
   std::vector<std::vector<long>> seen(Threads);
   together([&](int t) {
-    seen[static_cast<std::size_t>(t)] = freshIndices(std::make_integer_sequence<int, 8>());
+    seen[static_cast<std::size_t>(t)] = {Fresh0::GetTypeIndex(), Fresh1::GetTypeIndex(),
+                                         Fresh2::GetTypeIndex(), Fresh3::GetTypeIndex(),
+                                         Fresh4::GetTypeIndex(), Fresh5::GetTypeIndex(),
+                                         Fresh6::GetTypeIndex(), Fresh7::GetTypeIndex()};
   });
   ZylEndMT();
   for (const auto& indices : seen) EXPECT_EQ(indices, seen[0]);
