@@ -12,6 +12,23 @@
 #include "vorlane/vorlane.h"
 
 namespace zyl::test {
+
+// Classes that nobody else asks.
+#define FRESH_(Class)                      \
+  class Class : public ZylRttiEnvObjectI { \
+    ZYL_TYPE(Class, ZylRttiEnvObjectI)     \
+  };                                       \
+  ZYL_TYPE_DEF(Class, ZylRttiEnvObjectI)
+FRESH_(Fresh0)
+FRESH_(Fresh1)
+FRESH_(Fresh2)
+FRESH_(Fresh3)
+FRESH_(Fresh4)
+FRESH_(Fresh5)
+FRESH_(Fresh6)
+FRESH_(Fresh7)
+#undef FRESH_
+
 namespace {
 
 constexpr int Threads = 4;
@@ -29,22 +46,6 @@ void together(Body body) {
   }
   for (std::thread& thread : threads) thread.join();
 }
-
-// Classes that nobody else asks.
-#define FRESH_(Class)                      \
-  class Class : public ZylRttiEnvObjectI { \
-    ZYL_TYPE(Class, ZylRttiEnvObjectI)     \
-  };                                       \
-  ZYL_TYPE_DEF(Class, ZylRttiEnvObjectI)
-FRESH_(Fresh0)
-FRESH_(Fresh1)
-FRESH_(Fresh2)
-FRESH_(Fresh3)
-FRESH_(Fresh4)
-FRESH_(Fresh5)
-FRESH_(Fresh6)
-FRESH_(Fresh7)
-#undef FRESH_
 
 TEST(ZylThreads, AgreeOnTypeIndices) {
   ZylInitMT(new ZylEnvMutex);
