@@ -104,7 +104,7 @@ void ZylAlgorithmI::printTime() const {
 
 void ZylAlgorithmI::resetTime() { _timer.reset(); }
 
-// --- tables ---------------------------------------------------------------------------------------
+// --- tables --------------------------------------------------------------------------------------
 
 void ZylAlgorithmI::setMaxId() { setMaxId(_env->getIdManager()->getMaxId()); }
 
@@ -135,7 +135,7 @@ bool ZylAlgorithmI::usesAtLeastOne(const ZylExtractableArray& extractables) cons
   return false;
 }
 
-// --- extraction -----------------------------------------------------------------------------------
+// --- extraction ----------------------------------------------------------------------------------
 
 void ZylAlgorithmI::extract(const ZylExtractableI* extractable) {
   if (_extractionScope != nullptr && !extractable->isGround()) {
@@ -264,7 +264,7 @@ void ZylAlgorithmI::baseClear() {
   if (evaluator != nullptr && evaluator != this) evaluator->clear();
 }
 
-// --- changes --------------------------------------------------------------------------------------
+// --- changes -------------------------------------------------------------------------------------
 
 // Calls the engine, turning its internal signals into what clients see.
 bool ZylAlgorithmI::deliver(const ZylChange& change, void** handle,
@@ -314,7 +314,7 @@ void ZylAlgorithmI::apply(const ZylChange& change) {
   if (!deliver(change, &handle, nullptr)) throw ZylAlgorithm::CannotChangeException(this);
 }
 
-// --- answers --------------------------------------------------------------------------------------
+// --- answers -------------------------------------------------------------------------------------
 
 bool ZylAlgorithmI::solve() { return false; }
 ZylAlgorithm::Status ZylAlgorithmI::getStatus() const { return ZylAlgorithm::Error; }
@@ -368,7 +368,7 @@ ZylModelEvaluatorI* ZylAlgorithmI::getModelEvaluator() {
   return _modelEvaluator;
 }
 
-// --- the environment's list -----------------------------------------------------------------------
+// --- the environment's list ----------------------------------------------------------------------
 
 void ZylEnvI::addAlgorithm(ZylAlgorithmI* algorithm) {
   zyl::detail::EnvLock lock(_mutex);

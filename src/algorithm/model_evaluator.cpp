@@ -136,7 +136,7 @@ void ZylModelEvaluatorI::removeSolutionGetter(const ZylModelEvaluatorSolutionGet
   _solutionGetter = nullptr;
 }
 
-// --- handle ---------------------------------------------------------------------------------------
+// --- handle --------------------------------------------------------------------------------------
 
 ZylModelEvaluator::Unbound::Unbound(const ZylExtractableI* expr) : _expr(expr) {}
 

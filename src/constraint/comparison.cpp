@@ -9,7 +9,7 @@
 ZylInvalidInequalityException::ZylInvalidInequalityException(const char* message)
     : ZylException(message) {}
 
-// --- ZylBinaryNumConstraintI ----------------------------------------------------------------------
+// --- ZylBinaryNumConstraintI ---------------------------------------------------------------------
 
 ZYL_TYPE_DEF(ZylBinaryNumConstraintI, ZylConstraintI)
 ZYL_CP_HOOKS_DEF(ZylBinaryNumConstraintI)
@@ -77,7 +77,7 @@ void ZylBinaryNumConstraintI::displayAs(std::ostream& stream, const char* relati
   if (isLong) stream << ")";
 }
 
-// --- the five relations ---------------------------------------------------------------------------
+// --- the five relations --------------------------------------------------------------------------
 
 #define ZYL_COMPARISON_DEF(Class, Relation)                                      \
   ZYL_TYPE_DEF(Class, ZylBinaryNumConstraintI)                                   \
@@ -101,7 +101,7 @@ ZYL_COMPARISON_DEF(ZylNumGTI, >)
 
 #undef ZYL_COMPARISON_DEF
 
-// --- bodies of the operators ----------------------------------------------------------------------
+// --- bodies of the operators ---------------------------------------------------------------------
 
 namespace zyl::detail {
 namespace {

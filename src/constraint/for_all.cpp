@@ -57,7 +57,7 @@ void releaseCounted(ZylEnvI* env, Counted* object) {
 void ZylEnvI::release(ZylGeneratorI* generator) { releaseCounted(this, generator); }
 void ZylEnvI::release(ZylComprehensionI* comprehension) { releaseCounted(this, comprehension); }
 
-// --- ZylGeneratorI --------------------------------------------------------------------------------
+// --- ZylGeneratorI -------------------------------------------------------------------------------
 
 ZylGeneratorI::~ZylGeneratorI() { _filters.clear(); }
 bool ZylGeneratorI::isRefCountedExpr() const { return true; }
@@ -93,7 +93,7 @@ void ZylGeneratorI::displayFilters(std::ostream& stream) const {
   stream << ")";
 }
 
-// --- ZylComprehensionI ----------------------------------------------------------------------------
+// --- ZylComprehensionI ---------------------------------------------------------------------------
 
 ZylComprehensionI::ZylComprehensionI(ZylEnvI* env, long count, ZylGeneratorI* const* generators)
     : ZylExtractableI(env, nullptr), _size(count),
@@ -146,7 +146,7 @@ void ZylComprehensionI::display(std::ostream& stream) const {
   }
 }
 
-// --- ZylForAllI -----------------------------------------------------------------------------------
+// --- ZylForAllI ----------------------------------------------------------------------------------
 
 ZylForAllI::ZylForAllI(ZylComprehensionI* comprehension, ZylConstraintI* constraint,
                        const char* name)
@@ -181,7 +181,7 @@ void ZylForAllI::display(std::ostream& stream) const {
 
 ZylConstraintI* ZylForAllI::getInnerConstraint() { return _inner; }
 
-// --- ZylForAllRangeI ------------------------------------------------------------------------------
+// --- ZylForAllRangeI -----------------------------------------------------------------------------
 
 ZylExtractableI* ZylForAllRangeI::makeClone(ZylEnvI* env) const {
   auto* forAll = static_cast<ZylForAllI*>(env->getClone(_forAll));

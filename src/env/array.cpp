@@ -7,7 +7,7 @@
 
 ZylArrayError::ZylArrayError(const char* message) : ZylException(message) {}
 
-// --- ZylArrayI ------------------------------------------------------------------------------------
+// --- ZylArrayI -----------------------------------------------------------------------------------
 
 namespace {
 unsigned long tableBytes(long entries) {
@@ -186,7 +186,7 @@ void ZylArrayI::clear() noexcept {
   _maxSize = 0;
 }
 
-// --- arrays of numbers ----------------------------------------------------------------------------
+// --- arrays of numbers ---------------------------------------------------------------------------
 
 namespace {
 

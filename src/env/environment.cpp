@@ -198,7 +198,7 @@ void ZylEnvI::deleteLiveObjects() {
   _tearingDown = 0;
 }
 
-// --- memory ---------------------------------------------------------------------------------------
+// --- memory --------------------------------------------------------------------------------------
 
 char* ZylEnvI::strDup(const char* text) {
   if (text == nullptr) return nullptr;
@@ -261,7 +261,7 @@ void ZylEnvI::freeLocalTerm(void* term) {
   _termAllocator->free(term);
 }
 
-// --- marks ----------------------------------------------------------------------------------------
+// --- marks ---------------------------------------------------------------------------------------
 
 namespace {
 void** linkOf(void** block) { return reinterpret_cast<void**>(block[MarkLink]); }
@@ -327,7 +327,7 @@ void ZylEnvI::useMTSafeNormalization(long use) {
   _mtSafeNormalization = use;
 }
 
-// --- services -------------------------------------------------------------------------------------
+// --- services ------------------------------------------------------------------------------------
 
 const char* ZylEnvI::intern(const char* text) {
   if (text == nullptr) return nullptr;

@@ -78,7 +78,7 @@ void ZylExtension::end(ZylGenAlloc* alloc) {
 
 void ZylExtension::end(ZylEnvI* env) { end(env->getGenAlloc()); }
 
-// --- owners ---------------------------------------------------------------------------------------
+// --- owners --------------------------------------------------------------------------------------
 
 namespace zyl::detail {
 namespace {

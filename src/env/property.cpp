@@ -78,7 +78,7 @@ void ZylNamedStringPropertyI::setValue(const char* value) {
   _value = copy;
 }
 
-// --- sets -----------------------------------------------------------------------------------------
+// --- sets ----------------------------------------------------------------------------------------
 
 ZylNamedPropertySetI::~ZylNamedPropertySetI() { removeAllProperties(); }
 
@@ -176,7 +176,7 @@ ZylNamedPropertySetI* ZylNamedPropertySetI::makeClone(const ZylMemoryManager& ma
   return clone;
 }
 
-// --- handles --------------------------------------------------------------------------------------
+// --- handles -------------------------------------------------------------------------------------
 
 std::ostream& operator<<(std::ostream& stream, const ZylNamedProperty& property) {
   property.display(stream);

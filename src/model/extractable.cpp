@@ -110,7 +110,7 @@ void ZylExtractableI::removeFromAll() { _env->removeFromAll(this); }
 void zyl::detail::raiseExtractFailure() { throw ZylAlgorithm::ExtractFailure(); }
 void zyl::detail::raiseRemoveFailure() { throw ZylAlgorithm::RemoveFailure(); }
 
-// --- handle ---------------------------------------------------------------------------------------
+// --- handle --------------------------------------------------------------------------------------
 
 ZylExtractable::NoCloneMechanismException::NoCloneMechanismException(
     const ZylExtractableI* extractable)

@@ -81,7 +81,7 @@ void ZylModelI::remove(const ZylExtractableArray& elements) {
   if (removed.getSize() != 0) notify(ZylRemoveFromModel(this, removed));
 }
 
-// --- handle ---------------------------------------------------------------------------------------
+// --- handle --------------------------------------------------------------------------------------
 
 namespace {
 
@@ -153,7 +153,7 @@ ZylModel ZylModel::getClone(const ZylEnv& env) const {
 ZylModel::Iterator::Iterator(const ZylModel& model)
     : _cells(model.checked("Using empty Handle")->getElements()) {}
 
-// --- changes --------------------------------------------------------------------------------------
+// --- changes -------------------------------------------------------------------------------------
 
 zyl::detail::ModelArrayChange::ModelArrayChange(ZylModelI* model, ZylExtractableI* element)
     : _model(model), _elements(ZylEnv(model->getEnv())), _owned(1) {

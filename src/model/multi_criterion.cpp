@@ -70,7 +70,7 @@ void ZylMultiCriterionExprI::display(std::ostream& stream) const {
   stream << ")";
 }
 
-// --- handle ---------------------------------------------------------------------------------------
+// --- handle --------------------------------------------------------------------------------------
 
 ZylMultiCriterionExpr::ZylMultiCriterionExpr(const ZylEnv& env, const ZylNumExprArray& exprs,
                                              Type type, const char* name) {

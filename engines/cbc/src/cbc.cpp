@@ -190,7 +190,7 @@ void ZylCbcI::setStart(const ZylNumVarArray& variables, const ZylNumArray& value
   }
 }
 
-// --- handle ---------------------------------------------------------------------------------------
+// --- handle --------------------------------------------------------------------------------------
 
 ZylCbc::ZylCbc(const ZylEnv& env) {
   if (env.getImpl() == nullptr) ZylRaiseEmptyHandle("Using empty ZylEnv handle.");

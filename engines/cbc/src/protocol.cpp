@@ -499,7 +499,7 @@ class ZylCbcSearch {
   ZylCbcI::Impl& _impl;
 };
 
-// --- what the client gives and takes --------------------------------------------------------------
+// --- what the client gives and takes -------------------------------------------------------------
 
 // Tells what the client asks of the engine from what the protocol asks of itself.
 class ZylCbcI::Nested {
@@ -546,7 +546,7 @@ bool ZylCbcI::doRemove(const ZylExtractableI* extractable, void* handle) {
   return ZylCbcSearch(this).remove(extractable, handle);
 }
 
-// --- edits ----------------------------------------------------------------------------------------
+// --- edits ---------------------------------------------------------------------------------------
 
 namespace {
 
