@@ -21,8 +21,8 @@ int main() {
   ZylCbc engine(model);
   engine.setLogLevel(0);
   engine.solve();
-  std::cout << engine.getStatus() << " " << engine.getObjValue() << ": "
-            << engine.getValue(bread) << " of bread, " << engine.getIntValue(cakes) << " cakes\n";
+  std::cout << engine.getStatus() << " " << engine.getObjValue() << ": " << engine.getValue(bread)
+            << " of bread, " << engine.getIntValue(cakes) << " cakes\n";
 
   flour.setUB(30);
   profit.setLinearCoef(cakes, 5);

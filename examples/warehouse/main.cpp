@@ -1,9 +1,9 @@
 // Where to open warehouses for Europe's cities?
 //
 // Each city is served from one warehouse or from several; a warehouse costs a fixed amount, and
-// transport costs grow with people and kilometres. The model is solved, then edited while the engine
-// keeps it: a site closes, another may be built, a budget is cut. The engine hears of each edit and
-// starts from the solution it has.
+// transport costs grow with people and kilometres. The model is solved, then edited while the
+// engine keeps it: a site closes, another may be built, a budget is cut. The engine hears of each
+// edit and starts from the solution it has.
 
 #include <cmath>
 #include <cstdio>
@@ -53,9 +53,9 @@ double distance(const City& a, const City& b) {
   return 2 * 6371.0 * std::asin(std::sqrt(h));
 }
 
-constexpr double FixedCost = 1500.0;         // of a warehouse, thousands a year
-constexpr double TransportCost = 0.0025;     // thousands a year for a thousand people and a km
-constexpr double LargeCity = 1000.0;         // a site is a city of this many thousands, or more
+constexpr double FixedCost = 1500.0;      // of a warehouse, thousands a year
+constexpr double TransportCost = 0.0025;  // thousands a year for a thousand people and a km
+constexpr double LargeCity = 1000.0;      // a site is a city of this many thousands, or more
 
 double serving(const City& city, const City& site) {
   return TransportCost * city.population * distance(city, site);
@@ -67,7 +67,8 @@ void show(const char* title, const ZylCbc& engine, const std::vector<const City*
   std::cout << title << ": " << engine.getStatus();
   std::printf(", cost %.1f\n  open:", engine.getObjValue());
   for (long s = 0; s < open.getSize(); ++s) {
-    if (engine.getIntValue(open[s]) == 1) std::printf(" %s", sites[static_cast<std::size_t>(s)]->name.c_str());
+    if (engine.getIntValue(open[s]) == 1)
+      std::printf(" %s", sites[static_cast<std::size_t>(s)]->name.c_str());
   }
   std::printf("\n");
   std::fflush(stdout);
@@ -129,7 +130,8 @@ int main(int argc, char** argv) {
     engine.solve();
     show("without Paris", engine, sites, open);
 
-    // Lille may take its place, at a lower cost: a new column in the objective and in each city's row.
+    // Lille may take its place, at a lower cost: a new column in the objective and in each city's
+    // row.
     City lille{};
     for (const City& city : cities) {
       if (city.name == "Lille") lille = city;

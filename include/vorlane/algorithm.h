@@ -3,8 +3,8 @@
 #ifndef ZYL_ALGORITHM_H
 #define ZYL_ALGORITHM_H
 
-#include "vorlane/algorithm/algorithm.h"  // IWYU pragma: export
-#include "vorlane/algorithm/expander.h"  // IWYU pragma: export
+#include "vorlane/algorithm/algorithm.h"        // IWYU pragma: export
+#include "vorlane/algorithm/expander.h"         // IWYU pragma: export
 #include "vorlane/algorithm/model_evaluator.h"  // IWYU pragma: export
 
 #endif

@@ -4,12 +4,12 @@
 #include <iostream>
 #include <optional>
 
+#include "env/walk.h"
 #include "vorlane/algorithm/model_evaluator.h"
 #include "vorlane/env/number.h"
 #include "vorlane/env/plug_in.h"
 #include "vorlane/expr/var_array.h"
 #include "vorlane/model/model.h"
-#include "env/walk.h"
 
 using zyl::detail::allocateGlobal;
 using zyl::detail::releaseGlobal;
@@ -145,8 +145,8 @@ void ZylAlgorithmI::extract(const ZylExtractableI* extractable) {
   extractGlobally(extractable, _extractionScope);
 }
 
-// Into the tables, and from there into the scope if there is one. The scope is away while the engine
-// builds its object: what it extracts on the way is as ground as the object itself.
+// Into the tables, and from there into the scope if there is one. The scope is away while the
+// engine builds its object: what it extracts on the way is as ground as the object itself.
 void ZylAlgorithmI::extractGlobally(const ZylExtractableI* extractable, ZylExtractionScope* scope) {
   const long id = extractable->getId();
   setMaxId(id);
@@ -307,7 +307,8 @@ void ZylAlgorithmI::apply(const ZylChange& change) {
         type != ZylDestroyExtractableArray::GetTypeInfo()) {
       throw ZylNoChangeDuringSearchException();
     }
-    if (usesAtLeastOne(change.getChangedExtractableArray())) throw ZylNoChangeDuringSearchException();
+    if (usesAtLeastOne(change.getChangedExtractableArray()))
+      throw ZylNoChangeDuringSearchException();
     return;
   }
   void* handle = nullptr;

@@ -4,17 +4,10 @@
 
 void ZylObjectBase::display(std::ostream& stream) const {
   switch (_kind) {
-    case Kind::None:
-      return;
-    case Kind::Int:
-      stream << _int;
-      return;
-    case Kind::Num:
-      stream << _num;
-      return;
-    case Kind::Any:
-      stream << _any;
-      return;
+    case Kind::None: return;
+    case Kind::Int: stream << _int; return;
+    case Kind::Num: stream << _num; return;
+    case Kind::Any: stream << _any; return;
     case Kind::Symbol:
       if (_symbol != nullptr) _symbol->display(stream);
       return;

@@ -79,18 +79,18 @@ void ZylBinaryNumConstraintI::displayAs(std::ostream& stream, const char* relati
 
 // --- the five relations --------------------------------------------------------------------------
 
-#define ZYL_COMPARISON_DEF(Class, Relation)                                      \
-  ZYL_TYPE_DEF(Class, ZylBinaryNumConstraintI)                                   \
-  ZYL_CP_HOOKS_DEF(Class)                                                        \
-  ZylExtractableI* Class::makeClone(ZylEnvI* env) const {                        \
-    auto* left = static_cast<ZylNumExprI*>(env->getClone(_left));                \
-    auto* right = static_cast<ZylNumExprI*>(env->getClone(_right));              \
-    return new (env) Class(env, left, right);                                    \
-  }                                                                              \
+#define ZYL_COMPARISON_DEF(Class, Relation)                                                 \
+  ZYL_TYPE_DEF(Class, ZylBinaryNumConstraintI)                                              \
+  ZYL_CP_HOOKS_DEF(Class)                                                                   \
+  ZylExtractableI* Class::makeClone(ZylEnvI* env) const {                                   \
+    auto* left = static_cast<ZylNumExprI*>(env->getClone(_left));                           \
+    auto* right = static_cast<ZylNumExprI*>(env->getClone(_right));                         \
+    return new (env) Class(env, left, right);                                               \
+  }                                                                                         \
   void Class::display(std::ostream& stream) const { displayAs(stream, " " #Relation " "); } \
-  double Class::eval(const ZylAlgorithm algorithm) const {                       \
-    const double left = _left->eval(algorithm);                                  \
-    return left Relation _right->eval(algorithm) ? 1.0 : 0.0;                    \
+  double Class::eval(const ZylAlgorithm algorithm) const {                                  \
+    const double left = _left->eval(algorithm);                                             \
+    return left Relation _right->eval(algorithm) ? 1.0 : 0.0;                               \
   }
 
 ZYL_COMPARISON_DEF(ZylNumEqI, ==)

@@ -6,7 +6,7 @@ namespace {
 
 // One side of the bulk constructors: a number for all, or a number for each.
 struct Side {
-  Side(double value) : _value(value) {}                              // NOLINT
+  Side(double value) : _value(value) {}                                       // NOLINT
   Side(const ZylNumArray& values) : _nums(&values), _size(sizeOf(values)) {}  // NOLINT
   Side(const ZylIntArray& values) : _ints(&values), _size(sizeOf(values)) {}  // NOLINT
 
@@ -70,15 +70,15 @@ ZylRangeArray::ZylRangeArray(const ZylEnv& env, long n, double lower, double upp
   fill(this, n, /*ownExprs=*/true, [&](long) { return ZylRange(env, lower, upper); });
 }
 
-#define ZYL_RANGE_ARRAY_BOUNDS(Lower, Upper)                               \
-  ZylRangeArray::ZylRangeArray(const ZylEnv& env, Lower lower, Upper upper) \
-      : ZylRangeArray(env, 0) {                                            \
-    fill(this, env, Side(lower), Side(upper));                             \
-  }                                                                        \
-  ZylRangeArray::ZylRangeArray(const ZylEnv& env, Lower lower,             \
-                               const ZylNumExprArray& exprs, Upper upper)  \
-      : ZylRangeArray(env, 0) {                                            \
-    fill(this, env, Side(lower), exprs, Side(upper));                      \
+#define ZYL_RANGE_ARRAY_BOUNDS(Lower, Upper)                                                 \
+  ZylRangeArray::ZylRangeArray(const ZylEnv& env, Lower lower, Upper upper)                  \
+      : ZylRangeArray(env, 0) {                                                              \
+    fill(this, env, Side(lower), Side(upper));                                               \
+  }                                                                                          \
+  ZylRangeArray::ZylRangeArray(const ZylEnv& env, Lower lower, const ZylNumExprArray& exprs, \
+                               Upper upper)                                                  \
+      : ZylRangeArray(env, 0) {                                                              \
+    fill(this, env, Side(lower), exprs, Side(upper));                                        \
   }
 
 ZYL_RANGE_ARRAY_BOUNDS(const ZylNumArray&, const ZylNumArray&)

@@ -104,8 +104,8 @@ void ZylArrayI::copyPages(const ZylArrayI* other) {
 void ZylArrayI::grow(long n) {
   n = checkedSize(n);
   if (n <= _maxSize) {
-    // Missing pages, from that of the last element wanted downward. What an allocation leaves behind
-    // when it fails has no gap: the prefix is filled first.
+    // Missing pages, from that of the last element wanted downward. What an allocation leaves
+    // behind when it fails has no gap: the prefix is filled first.
     const long last = (n - 1) >> _shift;
     for (long i = 0; i <= last; ++i) {
       if (_pages[i] == nullptr) _pages[i] = newPage(_shift);

@@ -69,8 +69,7 @@ ZylEnv::ZylEnv(const ZylMemoryManager& manager) : _impl(ZylGetEnv(manager)) {
 ZylEnvI::ZylEnvI()
     : _flags(0), _useMemoryManager(std::getenv("ZYL_NO_MEMORY_MANAGER") == nullptr ? 1 : 0),
       _memory(_useMemoryManager), _memoryMode(_useMemoryManager), _out(&std::cout),
-      _warning(&std::cerr), _error(&std::cerr), _nullStream(&_nullBuf),
-      _timer(ZylMemoryManager()) {
+      _warning(&std::cerr), _error(&std::cerr), _nullStream(&_nullBuf), _timer(ZylMemoryManager()) {
   clearFields();
   _version = "@(#)Vorlane library 12.3.0.0 (2010-07-01)";
   _modelEvaluatorPop = &defaultModelEvaluator;
@@ -244,8 +243,8 @@ void ZylEnvI::useMTSafeAllocation(long use) {
   _mtSafeAllocation = use;
 }
 
-// Terms stay with their pool while allocation is locked: they may be given back when it no longer is.
-// Another local environment serves them as everything else.
+// Terms stay with their pool while allocation is locked: they may be given back when it no longer
+// is. Another local environment serves them as everything else.
 void* ZylEnvI::allocLocalTerm() {
   if (_localEnv != _mtLocalEnv) return _localEnv->alloc(sizeof(ZylNumLinExprTermI));
   const zyl::detail::EnvLock lock(_mutex);
@@ -270,7 +269,8 @@ long* wordOf(void** block, long word) { return reinterpret_cast<long*>(block + w
 
 void* ZylEnvI::newMarkArray() {
   const long words = _idManager->getMaxId() + MarkSlack + MarkHeader;
-  auto** block = static_cast<void**>(allocateGlobal(static_cast<std::size_t>(words) * sizeof(void*)));
+  auto** block =
+      static_cast<void**>(allocateGlobal(static_cast<std::size_t>(words) * sizeof(void*)));
   initMarkArray(block);
   return block;
 }

@@ -8,7 +8,8 @@
 long ZylStringHashFunction(const char* text, long n) {
   std::uint64_t h = 0;
   for (const char* c = text; *c != '\0'; ++c) {
-    h = (h << 4) + static_cast<std::uint64_t>(static_cast<std::int64_t>(static_cast<signed char>(*c)));
+    h = (h << 4) +
+        static_cast<std::uint64_t>(static_cast<std::int64_t>(static_cast<signed char>(*c)));
     const std::uint64_t g = h & 0xf0000000U;
     if (g != 0) h = h ^ g ^ (g >> 24);
   }

@@ -90,8 +90,7 @@ namespace {
 
 constexpr long MaxDigits = 18;
 constexpr long MaxExponent = 511;
-constexpr double PowersOf10[] = {10.,    100.,   1.0e4,   1.0e8,  1.0e16,
-                                 1.0e32, 1.0e64, 1.0e128, 1.0e256};
+constexpr double PowersOf10[] = {10., 100., 1.0e4, 1.0e8, 1.0e16, 1.0e32, 1.0e64, 1.0e128, 1.0e256};
 
 // The digits of a mantissa: its value, and the power of ten that its last kept digit stands for.
 struct Mantissa {

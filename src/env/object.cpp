@@ -49,7 +49,8 @@ ZylExtensibleRttiEnvObjectI::~ZylExtensibleRttiEnvObjectI() {
 ZylMemoryManagerObjectI::~ZylMemoryManagerObjectI() noexcept(false) = default;
 
 void ZylMemoryManagerObjectI::operator delete(ZylMemoryManagerObjectI* object,
-                                              std::destroying_delete_t, std::size_t size) noexcept(false) {
+                                              std::destroying_delete_t,
+                                              std::size_t size) noexcept(false) {
   ReleaseToManager release{object->_manager, object, size};
   object->~ZylMemoryManagerObjectI();
 }
@@ -57,7 +58,8 @@ void ZylMemoryManagerObjectI::operator delete(ZylMemoryManagerObjectI* object,
 ZylEnvI* ZylMemoryManagerObjectI::getEnv() const { return requireEnv(_manager); }
 
 void ZylRttiMemoryManagerObjectI::operator delete(ZylRttiMemoryManagerObjectI* object,
-                                                  std::destroying_delete_t, std::size_t size) noexcept(false) {
+                                                  std::destroying_delete_t,
+                                                  std::size_t size) noexcept(false) {
   ReleaseToManager release{object->_manager, object, size};
   object->~ZylRttiMemoryManagerObjectI();
 }

@@ -21,8 +21,7 @@ const char* shown(const char* text) { return text != nullptr ? text : ""; }
 void ZylNamedPropertyI::display(std::ostream& stream) const { stream << shown(getName()); }
 
 ZylNamedPropertyI* ZylNamedPropertyI::makeClone(const ZylMemoryManager&) const {
-  throw Exception(
-      "Cloning of ZylNamedProperty forbidden - makeClone(ZylEnv) has not been defined");
+  throw Exception("Cloning of ZylNamedProperty forbidden - makeClone(ZylEnv) has not been defined");
 }
 
 char* ZylNamedPropertyI::cloneString(const char* text) const {

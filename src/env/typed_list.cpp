@@ -80,9 +80,8 @@ void ZylTypedListManagerI::insert(ZylExtractableI* object) {
 
 ZylTypedList* ZylTypedListManagerI::getOrBuildList(ZylTypeInfo type) {
   if (void* known = _lists[keyOf(type)]) return static_cast<ZylTypedList*>(known);
-  ZylTypedList* father = type != ZylExtractableI::GetTypeInfo()
-                             ? getOrBuildList(ZylGetBaseTypeInfo(type))
-                             : nullptr;
+  ZylTypedList* father =
+      type != ZylExtractableI::GetTypeInfo() ? getOrBuildList(ZylGetBaseTypeInfo(type)) : nullptr;
   void* block = zyl::detail::allocateGlobal(sizeof(ZylTypedList));
   auto* list = ::new (block) ZylTypedList(type);
   try {

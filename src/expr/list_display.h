@@ -27,7 +27,8 @@ void displayList(std::ostream& stream, long size, Show show) {
   stream << "]";
 }
 
-/// The elements of an array of extractables, each by its own display; a null element prints nothing.
+/// The elements of an array of extractables, each by its own display; a null element prints
+/// nothing.
 inline void displayList(std::ostream& stream, const ZylExtractableArray& array) {
   displayList(stream, array.getSize(), [&](long i) {
     if (array.getI(i) != nullptr) array.getI(i)->display(stream);

@@ -145,9 +145,8 @@ void ZylExtractableArray::setNames(const char* prefix) const {
 
 void ZylExtractableArray::replaceByClone(ZylEnvI* env) {
   const long n = getSize();
-  ZylArrayI* clones =
-      env != nullptr ? make(ZylEnv(env), n)
-                     : new (_impl->getManager()) ZylArrayI(_impl->getManager(), n);
+  ZylArrayI* clones = env != nullptr ? make(ZylEnv(env), n)
+                                     : new (_impl->getManager()) ZylArrayI(_impl->getManager(), n);
   try {
     for (long i = 0; i < n; ++i) {
       ZylExtractableI* element = getI(i);

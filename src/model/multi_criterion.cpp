@@ -4,8 +4,8 @@
 
 #include "expr/list_display.h"
 
-ZylMultiCriterionExprI::ZylMultiCriterionExprI(ZylEnvI* env, const ZylNumExprArray& exprs, Type type,
-                                               const char* name)
+ZylMultiCriterionExprI::ZylMultiCriterionExprI(ZylEnvI* env, const ZylNumExprArray& exprs,
+                                               Type type, const char* name)
     : ZylEnvObjectI(env), _type(type), _exprs(exprs), _name(env->strDup(name)) {
   _exprs.lockExprs();
 }
@@ -101,9 +101,9 @@ namespace {
 template <class... Exprs>
 ZylMultiCriterionExpr staticLex(const ZylEnv& env, const Exprs&... exprs) {
   if (env.getImpl() == nullptr) ZylRaiseWrongUsage("ZylEnv: using empty handle");
-  return ZylMultiCriterionExpr(
-      checkedMake(env.getImpl(), ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...),
-                  ZylMultiCriterionExprI::StaticLex, nullptr));
+  return ZylMultiCriterionExpr(checkedMake(
+      env.getImpl(), ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...),
+      ZylMultiCriterionExprI::StaticLex, nullptr));
 }
 
 }  // namespace

@@ -206,7 +206,8 @@ void ZylObjective::setLinearCoef(const ZylNumVar& variable, double value) const 
   objective->setCoef(variable, value);
 }
 
-void ZylObjective::setLinearCoefs(const ZylNumVarArray& variables, const ZylNumArray& values) const {
+void ZylObjective::setLinearCoefs(const ZylNumVarArray& variables,
+                                  const ZylNumArray& values) const {
   ZylObjectiveI* objective = checkedObjective();
   zyl::detail::requireHandles(variables, values);
   objective->setCoef(variables, values);

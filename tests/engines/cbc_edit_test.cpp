@@ -99,10 +99,14 @@ class EditedModel {
     };
     const Edit edits[] = {
         {"add variable", [&] { addVariable(); }},
-        {"add range", [&] { if (count(_ranges) < 9) addRange(); }},
+        {"add range",
+         [&] {
+           if (count(_ranges) < 9) addRange();
+         }},
         {"variable LB", [&] { variable().setLB(number()); }},
         {"variable UB", [&] { variable().setUB(number() + 4); }},
-        {"free variable", [&] {
+        {"free variable",
+         [&] {
            // Integer ones stay bounded: the tree search needs not end otherwise.
            const ZylNumVar v = variable();
            if (v.getType() == ZylNumVar::Float && _conversions.empty()) {
@@ -110,53 +114,73 @@ class EditedModel {
              _hasFree = true;
            }
          }},
-        {"variable bounds", [&] { const double l = number(); variable().setBounds(l, l + pick(6)); }},
-        {"variable array bounds", [&] {
+        {"variable bounds",
+         [&] {
+           const double l = number();
+           variable().setBounds(l, l + pick(6));
+         }},
+        {"variable array bounds",
+         [&] {
            ZylNumVarArray vars(_env, 2L, variable(), variable());
            ZylNumArray lower(_env, 2L, number() - 3, number() - 3);
            ZylNumArray upper(_env, 2L, number() + 6, number() + 6);
            vars.setBounds(lower, upper);
-           vars.end(); lower.end(); upper.end();
+           vars.end();
+           lower.end();
+           upper.end();
          }},
         {"range LB", [&] { range().setLB(number() - 6); }},
         {"range UB", [&] { range().setUB(number() + 9); }},
-        {"range bounds", [&] { const double l = number(); range().setBounds(l - 8, l + 9); }},
-        {"range array bounds", [&] {
+        {"range bounds",
+         [&] {
+           const double l = number();
+           range().setBounds(l - 8, l + 9);
+         }},
+        {"range array bounds",
+         [&] {
            ZylRangeArray ranges(_env, 2L, range(), range());
            ZylNumArray lower(_env, 2L, number() - 9, -20.0);
            ZylNumArray upper(_env, 2L, number() + 9, 25.0);
            ranges.setBounds(lower, upper);
-           ranges.end(); lower.end(); upper.end();
+           ranges.end();
+           lower.end();
+           upper.end();
          }},
         {"range coef", [&] { range().setLinearCoef(variable(), number()); }},
-        {"range coefs", [&] {
+        {"range coefs",
+         [&] {
            ZylNumVarArray vars(_env, 2L, variable(), variable());
            ZylNumArray coefs(_env, 2L, number(), number());
            range().setLinearCoefs(vars, coefs);
-           vars.end(); coefs.end();
+           vars.end();
+           coefs.end();
          }},
         {"range expr", [&] { range().setExpr(sum()); }},
         {"objective coef", [&] { _objective.setLinearCoef(variable(), number()); }},
         {"objective expr", [&] { _objective.setExpr(sum()); }},
         {"objective const", [&] { _objective.setConst(number()); }},
-        {"objective sense", [&] {
+        {"objective sense",
+         [&] {
            _objective.setSense(pick(2) == 0 ? ZylObjective::Maximize : ZylObjective::Minimize);
          }},
         {"remove range", [&] { _model.remove(range()); }},
         {"add range again", [&] { somewhere().add(range()); }},
-        {"end range", [&] {
+        {"end range",
+         [&] {
            if (count(_ranges) < 4) return;
            const int i = pick(count(_ranges));
            _ranges[static_cast<std::size_t>(i)].end();
            _ranges.erase(_ranges.begin() + i);
          }},
-        {"end variable", [&] {
+        {"end variable",
+         [&] {
            if (count(_variables) < 5) return;
            const int i = pick(count(_variables));
            _variables[static_cast<std::size_t>(i)].end();
            _variables.erase(_variables.begin() + i);
          }},
-        {"end two variables", [&] {
+        {"end two variables",
+         [&] {
            if (count(_variables) < 8) return;
            ZylNumVarArray vars(_env, 2L, _variables[0], _variables[1]);
            vars.endElements();
@@ -164,19 +188,22 @@ class EditedModel {
            _variables.erase(_variables.begin(), _variables.begin() + 2);
          }},
         {"comparison", [&] { somewhere().add(sum() <= sum() + 30); }},
-        {"convert", [&] {
+        {"convert",
+         [&] {
            if (_hasFree) return;
            const ZylNumVar::Type types[] = {ZylNumVar::Float, ZylNumVar::Int};
            ZylConversion conversion(_env, variable(), types[pick(2)]);
            _conversions.push_back(conversion);
            _model.add(conversion);
          }},
-        {"end conversion", [&] {
+        {"end conversion",
+         [&] {
            if (_conversions.empty()) return;
            _conversions.back().end();
            _conversions.pop_back();
          }},
-        {"possible values", [&] {
+        {"possible values",
+         [&] {
            const ZylNumVar v = variable();
            if (v.getType() != ZylNumVar::Float) return;
            ZylNumArray values(_env, 3L, number(), number() + 0.5, number());
@@ -184,9 +211,11 @@ class EditedModel {
            values.end();
            // Bounds of discrete float variables cannot be set any more; keep those out of it.
            _variables.push_back(ZylNumVar(_env, -1.0, 3.0));
-           std::erase_if(_variables, [&](const ZylNumVar& o) { return o.getImpl() == v.getImpl(); });
+           std::erase_if(_variables,
+                         [&](const ZylNumVar& o) { return o.getImpl() == v.getImpl(); });
          }},
-        {"column", [&] {
+        {"column",
+         [&] {
            ZylNumVar added(_env, -2.0, 5.0);
            ZylAddValueToRange entry = range()(number());
            entry.install(added.getImpl());
@@ -194,7 +223,8 @@ class EditedModel {
            cost.install(added.getImpl());
            _variables.push_back(added);
          }},
-        {"move objective", [&] {
+        {"move objective",
+         [&] {
            if (_hasObjective) {
              _model.remove(_objective);
            } else {
@@ -202,7 +232,8 @@ class EditedModel {
            }
            _hasObjective = !_hasObjective;
          }},
-        {"move nested", [&] {
+        {"move nested",
+         [&] {
            if (_hasNested) {
              _model.remove(_nested);
            } else {

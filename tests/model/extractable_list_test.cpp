@@ -83,9 +83,7 @@ TEST_F(ZylExtractableLists, AgreeWithVector) {
             model.clear();
           }
           break;
-        default:
-          model.push_back(any());
-          list.add(model.back());
+        default: model.push_back(any()); list.add(model.back());
       }
       ASSERT_EQ(elements(), model);
     }

@@ -152,8 +152,8 @@ Statement state(const ZylEnv& env, const FileModel& file, bool relax) {
     if (file.columns[j].cost != 0.0) cost += file.columns[j].cost * result.variables[j];
   }
   const auto sense = file.maximize ? ZylObjective::Maximize : ZylObjective::Minimize;
-  result.model.add(ZylObjective(
-      env, cost, sense, file.objective.empty() ? "objective" : file.objective.c_str()));
+  result.model.add(ZylObjective(env, cost, sense,
+                                file.objective.empty() ? "objective" : file.objective.c_str()));
   cost.end();
 
   for (std::size_t i = 0; i < file.rows.size(); ++i) {

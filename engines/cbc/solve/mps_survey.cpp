@@ -238,8 +238,7 @@ Card MpsSurvey::cutWords(std::string_view line) const {
       if (words.count == 3) return {word[0], word[1], word[2], {}, {}, {}};
       if (words.count == 4) return {word[0], word[1], word[2], word[3], {}, {}};
       break;
-    default:
-      refuse(quoted(word[0]) + " outside of a section");
+    default: refuse(quoted(word[0]) + " outside of a section");
   }
   refuse("does not have the fields of its section");
 }
@@ -415,21 +414,12 @@ void MpsSurvey::data(std::string_view line) {
   }
   const Card card = cut(line);
   switch (_section) {
-    case Section::Rows:
-      rowLine(card);
-      break;
-    case Section::Columns:
-      columnLine(card);
-      break;
+    case Section::Rows: rowLine(card); break;
+    case Section::Columns: columnLine(card); break;
     case Section::Rhs:
-    case Section::Ranges:
-      sideLine(card);
-      break;
-    case Section::Bounds:
-      boundLine(card);
-      break;
-    default:
-      refuse("data outside of a section");
+    case Section::Ranges: sideLine(card); break;
+    case Section::Bounds: boundLine(card); break;
+    default: refuse("data outside of a section");
   }
 }
 

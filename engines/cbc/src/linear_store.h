@@ -42,7 +42,7 @@ struct Row {
   const ZylConstraintI* constraint = nullptr;
   double lower = 0.0;
   double upper = 0.0;
-  double constant = 0.0;  // of the expression: what the bounds of the model are moved by
+  double constant = 0.0;    // of the expression: what the bounds of the model are moved by
   std::vector<Term> terms;  // each column once, no zeros
   bool gone = false;
   int position = -1;
@@ -60,8 +60,8 @@ struct Enumeration {
 /// Rows and columns in order of creation, with the linear program behind them.
 ///
 /// Invariants after `synchronise`: nothing in the lists is gone; the position of each is its index.
-/// Between synchronisations, edits of what has a position are written through at once; what joins or
-/// leaves is gathered, so that n removals cost one pass.
+/// Between synchronisations, edits of what has a position are written through at once; what joins
+/// or leaves is gathered, so that n removals cost one pass.
 class LinearStore {
  public:
   LinearStore();

@@ -705,8 +705,8 @@ bool isDeath(const ZylChange& change) {
 
 }  // namespace
 
-// What raises has changed the model and not the engine. From there on rows and columns are no ground
-// for following anything; only what dies must still be forgotten, until all is loaded again.
+// What raises has changed the model and not the engine. From there on rows and columns are no
+// ground for following anything; only what dies must still be forgotten, until all is loaded again.
 void ZylCbcI::apply(const ZylChange& change, const ZylExtractableI* extractable) {
   if (_engine->isBehind && _searchActive == 0 && !isDeath(change)) return;
   try {

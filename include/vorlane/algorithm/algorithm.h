@@ -1,8 +1,8 @@
 // The boundary towards engines.
 //
 // The library holds no solver. An engine derives from `ZylAlgorithmI`: it is given the model object
-// by object (extraction), keeps one opaque handle for each, and hears of every later edit of what it
-// uses.
+// by object (extraction), keeps one opaque handle for each, and hears of every later edit of what
+// it uses.
 
 #ifndef ZYL_ALGORITHM_ALGORITHM_H
 #define ZYL_ALGORITHM_ALGORITHM_H
@@ -57,7 +57,8 @@ class ZYL_EXPORT ZylAlgorithm {
    public:
     explicit Exception(const char* message = nullptr, long deleteMessage = 0);
   };
-  /// An engine cannot extract an object; turned into `CannotExtractException` at the outermost entry.
+  /// An engine cannot extract an object; turned into `CannotExtractException` at the outermost
+  /// entry.
   class ZYL_EXPORT ExtractFailure : public Exception {
    public:
     explicit ExtractFailure(const char* typeName = nullptr);
@@ -195,9 +196,9 @@ class ZYL_EXPORT ZylExtractionScope {
 
 /// What an engine derives from.
 ///
-/// Constructed with its environment, whose list of algorithms it joins; made with plain `new`, or on
-/// the stack if it dies before the environment. Tables indexed by extractable id hold the engine's
-/// handle and the number of extractions of each object. Not synchronised.
+/// Constructed with its environment, whose list of algorithms it joins; made with plain `new`, or
+/// on the stack if it dies before the environment. Tables indexed by extractable id hold the
+/// engine's handle and the number of extractions of each object. Not synchronised.
 class ZYL_EXPORT ZylAlgorithmI {
   ZYL_EXTENSION_OPERATIONS
  public:
@@ -233,7 +234,8 @@ class ZYL_EXPORT ZylAlgorithmI {
   virtual bool doRemove(const ZylExtractableI* extractable, void* handle) = 0;
   /// The engine's own: follows a change; `handle` may be rewritten, `extractable` is null for a
   /// change with no single target; false refuses.
-  virtual bool doApply(const ZylChange* change, void** handle, const ZylExtractableI* extractable) = 0;
+  virtual bool doApply(const ZylChange* change, void** handle,
+                       const ZylExtractableI* extractable) = 0;
   virtual void handleForAllElement(void* element);
   /// Takes 1 from the use count, and nothing else.
   virtual void decreaseUsage(const ZylExtractableI* extractable);

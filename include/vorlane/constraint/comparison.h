@@ -1,7 +1,7 @@
 // Comparisons: `<=`, `>=`, `==`, `<`, `>` between expressions and numbers.
 //
-// An expression against a number gives a range; two expressions give a binary constraint, unless one
-// of them is a constant. Strict inequalities exist between integer expressions only.
+// An expression against a number gives a range; two expressions give a binary constraint, unless
+// one of them is a constant. Strict inequalities exist between integer expressions only.
 
 #ifndef ZYL_CONSTRAINT_COMPARISON_H
 #define ZYL_CONSTRAINT_COMPARISON_H
@@ -45,26 +45,22 @@ class ZYL_EXPORT ZylBinaryNumConstraintI : public ZylConstraintI {
 };
 
 // A comparison class: its name, and the bounds that its right operand gives its left one.
-#define ZYL_COMPARISON_CLASS(Class, Bounds)                                            \
-  class ZYL_EXPORT Class final : public ZylBinaryNumConstraintI {                      \
-    ZYL_TYPE(Class, ZylBinaryNumConstraintI)                                           \
-    ZYL_CP_HOOKS(Class)                                                                \
-   public:                                                                             \
+#define ZYL_COMPARISON_CLASS(Class, Bounds)                                                \
+  class ZYL_EXPORT Class final : public ZylBinaryNumConstraintI {                          \
+    ZYL_TYPE(Class, ZylBinaryNumConstraintI)                                               \
+    ZYL_CP_HOOKS(Class)                                                                    \
+   public:                                                                                 \
     Class(ZylEnvI* env, ZylNumExprI* left, ZylNumExprI* right, const char* name = nullptr) \
-        : ZylBinaryNumConstraintI(env, left, right, name) {}                           \
-    ZylExtractableI* makeClone(ZylEnvI* env) const override;                           \
-    void display(std::ostream& stream) const override;                                 \
-    double eval(const ZylAlgorithm algorithm) const override;                          \
-    Bounds                                                                             \
+        : ZylBinaryNumConstraintI(env, left, right, name) {}                               \
+    ZylExtractableI* makeClone(ZylEnvI* env) const override;                               \
+    void display(std::ostream& stream) const override;                                     \
+    double eval(const ZylAlgorithm algorithm) const override;                              \
+    Bounds                                                                                 \
   };
-#define ZYL_GETS_LB                                              \
-  double getLb(ZylModelEvaluatorI* evaluator) const {            \
-    return rightValue(evaluator, -ZylInfinity);                  \
-  }
-#define ZYL_GETS_UB                                              \
-  double getUb(ZylModelEvaluatorI* evaluator) const {            \
-    return rightValue(evaluator, ZylInfinity);                   \
-  }
+#define ZYL_GETS_LB \
+  double getLb(ZylModelEvaluatorI* evaluator) const { return rightValue(evaluator, -ZylInfinity); }
+#define ZYL_GETS_UB \
+  double getUb(ZylModelEvaluatorI* evaluator) const { return rightValue(evaluator, ZylInfinity); }
 
 /// left == right
 ZYL_COMPARISON_CLASS(ZylNumEqI, ZYL_GETS_LB ZYL_GETS_UB)
@@ -117,22 +113,23 @@ auto asArg(const T& operand) {
 }  // namespace zyl::detail
 
 // One template for each operator, constrained to one model operand at least, so that no mix of
-// variables, terms, expressions and literals is ever ambiguous. Expressions of two environments, and
-// empty handles, raise `ZylWrongUsage`.
+// variables, terms, expressions and literals is ever ambiguous. Expressions of two environments,
+// and empty handles, raise `ZylWrongUsage`.
 
 /// `expr <= c` is a range; `c <= expr` too, and may go on: `0 <= x + 2 <= 10`.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator<=(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) return atLeast(asArg(b), toNum(a));
-  else if constexpr (std::derived_from<A, ZylRangeBase> && NumberOperand<B>) return bounded(a, toNum(b));
+  else if constexpr (std::derived_from<A, ZylRangeBase> && NumberOperand<B>)
+    return bounded(a, toNum(b));
   else if constexpr (NumberOperand<B>) return atMost(asArg(a), toNum(b));
   else return lessOrEqual(asArg(a), asArg(b));
 }
 
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator>=(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) return atMost(asArg(b), toNum(a));
@@ -141,7 +138,7 @@ auto operator>=(const A& a, const B& b) {
 }
 
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator==(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) return equalTo(asArg(b), toNum(a));
@@ -152,23 +149,27 @@ auto operator==(const A& a, const B& b) {
 /// Strict inequalities raise `ZylInvalidInequalityException` unless both sides are integer; against
 /// a number the bound is moved by one.
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator<(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) return above(asArg(b), toNum(a));
   else if constexpr (NumberOperand<B>) return below(asArg(a), toNum(b));
   else if constexpr (IntOperandPair<A, B>) return less(asArg(a), asArg(b));
-  else return less(static_cast<const ZylNumExprArg&>(asArg(a)), static_cast<const ZylNumExprArg&>(asArg(b)));
+  else
+    return less(static_cast<const ZylNumExprArg&>(asArg(a)),
+                static_cast<const ZylNumExprArg&>(asArg(b)));
 }
 
 template <class A, class B>
-  requires zyl::detail::OperandPair<A, B>
+requires zyl::detail::OperandPair<A, B>
 auto operator>(const A& a, const B& b) {
   using namespace zyl::detail;
   if constexpr (NumberOperand<A>) return below(asArg(b), toNum(a));
   else if constexpr (NumberOperand<B>) return above(asArg(a), toNum(b));
   else if constexpr (IntOperandPair<A, B>) return greater(asArg(a), asArg(b));
-  else return greater(static_cast<const ZylNumExprArg&>(asArg(a)), static_cast<const ZylNumExprArg&>(asArg(b)));
+  else
+    return greater(static_cast<const ZylNumExprArg&>(asArg(a)),
+                   static_cast<const ZylNumExprArg&>(asArg(b)));
 }
 
 #endif

@@ -1,4 +1,5 @@
-// Ranges: an expression between two numbers, the one constraint that a linear engine reads directly.
+// Ranges: an expression between two numbers, the one constraint that a linear engine reads
+// directly.
 
 #ifndef ZYL_CONSTRAINT_RANGE_H
 #define ZYL_CONSTRAINT_RANGE_H
@@ -10,9 +11,10 @@
 
 /// The constraint lb <= e <= ub over the reals.
 ///
-/// A bound beyond plus or minus `ZylNumMax` is none. The expression is a linear node, which may hold
-/// non-linear parts; that of a range with any bound has constant 0, as `x + 2 <= 5` is stored as
-/// `x <= 3`. Equal bounds make an equation; crossed bounds are accepted, and nothing satisfies them.
+/// A bound beyond plus or minus `ZylNumMax` is none. The expression is a linear node, which may
+/// hold non-linear parts; that of a range with any bound has constant 0, as `x + 2 <= 5` is stored
+/// as `x <= 3`. Equal bounds make an equation; crossed bounds are accepted, and nothing satisfies
+/// them.
 class ZYL_EXPORT ZylRangeI final : public ZylConstraintI {
   ZYL_TYPE(ZylRangeI, ZylConstraintI)
   ZYL_CP_HOOKS(ZylRangeI)
@@ -21,7 +23,8 @@ class ZYL_EXPORT ZylRangeI final : public ZylConstraintI {
   class ZYL_EXPORT LinearIterator {
    public:
     /// Normalises the node first.
-    explicit LinearIterator(ZylNumLinTermI* node) : _term((node->normalize(), node->getTermHead())) {}
+    explicit LinearIterator(ZylNumLinTermI* node)
+        : _term((node->normalize(), node->getTermHead())) {}
     explicit LinearIterator(const ZylIntLinTermI* node) : _term(node->getTermHead()) {}
     bool ok() const noexcept { return _term != nullptr; }
     void operator++() noexcept { _term = _term->_next; }
@@ -36,7 +39,8 @@ class ZYL_EXPORT ZylRangeI final : public ZylConstraintI {
   ZylRangeI(ZylEnvI* env, double lower, double upper, const char* name = nullptr);
   /// Holds the linear form of `expr`, its constant moved to the bounds; an expression with other
   /// owners is copied for that.
-  ZylRangeI(ZylEnvI* env, double lower, ZylNumExprI* expr, double upper, const char* name = nullptr);
+  ZylRangeI(ZylEnvI* env, double lower, ZylNumExprI* expr, double upper,
+            const char* name = nullptr);
   ~ZylRangeI() override;
 
   ZylExtractableI* makeClone(ZylEnvI* env) const override;
@@ -56,7 +60,8 @@ class ZYL_EXPORT ZylRangeI final : public ZylConstraintI {
     _lower = lower;
     _upper = upper;
   }
-  /// Replaces the expression; bounds and the new constant stay as they are. Sends `ZylSetRangeExpr`.
+  /// Replaces the expression; bounds and the new constant stay as they are. Sends
+  /// `ZylSetRangeExpr`.
   void setExpr(ZylNumExprI* expr);
   /// Sets coefficients on an expression of the range's own. Raise `ZylWrongUsage` for an aggregate
   /// or non-linear expression. Send `ZylSetRangeCoef`, `ZylSetRangeCoefs`. O(number of terms).
@@ -114,7 +119,8 @@ class ZYL_EXPORT ZylRange : public ZylConstraint {
 /// Everywhere else it stands for the range, as a constraint among the operands of an operator too.
 class ZYL_EXPORT ZylRangeBase {
  public:
-  ZylRangeBase(const ZylRange& range, double constant) : _range(range.getImpl()), _constant(constant) {}
+  ZylRangeBase(const ZylRange& range, double constant)
+      : _range(range.getImpl()), _constant(constant) {}
   /// A range by itself.
   ZylRangeBase(const ZylRange& range) : ZylRangeBase(range, 0.0) {}  // NOLINT
   operator ZylRange() const { return ZylRange(_range); }  // NOLINT(google-explicit-constructor)

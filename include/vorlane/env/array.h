@@ -217,7 +217,8 @@ class ZYL_EXPORT ZylIntArray : public zyl::detail::ArrayHandle<ZylIntArray, long
   bool contains(long value) const;
   /// Whether each element of `values` occurs.
   bool contains(const ZylIntArray& values) const;
-  /// Removes the last element equal to `value`, if any; for an array, once for each of its elements.
+  /// Removes the last element equal to `value`, if any; for an array, once for each of its
+  /// elements.
   void discard(long value);
   void discard(const ZylIntArray& values);
   /// Whether each element is 0 or 1.
@@ -269,8 +270,9 @@ class ZYL_EXPORT ZylNumArray : public zyl::detail::ArrayHandle<ZylNumArray, doub
   ZylNumArray(const ZylEnv& env, long n, double value);
   /// The array of the values given. Raises `ZylWrongUsage` if n is below 2.
   template <class First, class Second, class... Rest>
-    requires(IsNumber<First> && IsNumber<Second> && (IsNumber<Rest> && ...))
-  ZylNumArray(const ZylEnv& env, long n, First first, Second second, Rest... rest) : Base(env, 0) {
+  requires(IsNumber<First>&& IsNumber<Second> && (IsNumber<Rest> && ...))
+      ZylNumArray(const ZylEnv& env, long n, First first, Second second, Rest... rest)
+      : Base(env, 0) {
     checkLiteral(n);
     fill(n, first, second, rest...);
   }
@@ -301,8 +303,9 @@ class ZYL_EXPORT ZylAnyArray : public zyl::detail::ArrayHandle<ZylAnyArray, void
   explicit ZylAnyArray(const ZylEnv& env, long n = 0) : Base(env, n) {}
   ZylAnyArray(const ZylEnv& env, long n, void* value);
   template <class... Rest>
-    requires(std::convertible_to<Rest, void*> && ...)
-  ZylAnyArray(const ZylEnv& env, long n, void* first, void* second, Rest... rest) : Base(env, 0) {
+  requires(std::convertible_to<Rest, void*>&&...)
+      ZylAnyArray(const ZylEnv& env, long n, void* first, void* second, Rest... rest)
+      : Base(env, 0) {
     checkLiteral(n);
     fill(n, first, second, rest...);
   }

@@ -54,7 +54,7 @@ template <class T>
 class LifeWatch;
 template <class T>
 class Walk;
-}
+}  // namespace zyl::detail
 struct ZylNumLinExprTermI;
 
 /// The implementation of an environment.
@@ -77,8 +77,8 @@ class ZYL_EXPORT ZylEnvI {
   static ZylBaseEnvMutex* Mutex;
   static long DeleteMutex;
 
-  /// Comes up with the pools on, unless `ZYL_NO_MEMORY_MANAGER` is set in the process's environment.
-  /// Raises `ZylMemoryException` with nothing left behind.
+  /// Comes up with the pools on, unless `ZYL_NO_MEMORY_MANAGER` is set in the process's
+  /// environment. Raises `ZylMemoryException` with nothing left behind.
   ZylEnvI();
   ~ZylEnvI();
   ZylEnvI(const ZylEnvI&) = delete;
@@ -161,8 +161,8 @@ class ZYL_EXPORT ZylEnvI {
   /// Takes objects out of all that refers to them; what depended on them goes, they stay.
   void removeFromAll(ZylExtractableI* object);
   void removeFromAll(ZylExtractableArray objects);
-  /// Takes objects out of all that refers to them, and deletes them with what depended on them, last
-  /// marked first; each batch is announced before any of it dies. `flag` is for a deleter. The
+  /// Takes objects out of all that refers to them, and deletes them with what depended on them,
+  /// last marked first; each batch is announced before any of it dies. `flag` is for a deleter. The
   /// array form clears the array; if it raises, the array lists what has not died. Like
   /// `removeFromAll`, raises `ZylEnvironmentMismatch` for what is of another environment, before
   /// anything happens.
@@ -265,7 +265,9 @@ class ZYL_EXPORT ZylEnvI {
   Extractors getExtractors() const noexcept { return _extractors; }
   void setExpanders(Expanders expanders) noexcept { _expanders = expanders; }
   Expanders getExpanders() const noexcept { return _expanders; }
-  void setModelEvaluatorPop(ModelEvaluatorFactory factory) noexcept { _modelEvaluatorPop = factory; }
+  void setModelEvaluatorPop(ModelEvaluatorFactory factory) noexcept {
+    _modelEvaluatorPop = factory;
+  }
   ModelEvaluatorFactory getModelEvaluatorPop() const noexcept { return _modelEvaluatorPop; }
   void setExpanderPop(ExpanderFactory factory) noexcept { _expanderPop = factory; }
   ExpanderFactory getExpanderPop() const noexcept { return _expanderPop; }
@@ -379,7 +381,7 @@ class ZYL_EXPORT ZylEnvI {
   ExpanderFactory _expanderPop;
   bool _ended;
   ZylMTSafeLocalEnvI* _mtLocalEnv;  // ours, null unless MT-safe allocation is on
-  zyl::detail::Walk<ZylAlgorithmI>* _algorithmWalks = nullptr;  // under way, innermost first
+  zyl::detail::Walk<ZylAlgorithmI>* _algorithmWalks = nullptr;      // under way, innermost first
   zyl::detail::LifeWatch<ZylExtractableI>* _lifeWatches = nullptr;  // innermost first
 };
 
@@ -465,10 +467,12 @@ inline void freeInEnv(ZylEnvI* env, void* block, std::size_t size) noexcept {
 }
 }  // namespace zyl::detail
 
-/// Placement in an environment. Without these, `new (env) T` of a class with no form of its own would
-/// fall to the standard placement form and build the object on top of the environment.
+/// Placement in an environment. Without these, `new (env) T` of a class with no form of its own
+/// would fall to the standard placement form and build the object on top of the environment.
 inline void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
-inline void* operator new(std::size_t size, const ZylEnv& env) { return env.getImpl()->alloc(size); }
+inline void* operator new(std::size_t size, const ZylEnv& env) {
+  return env.getImpl()->alloc(size);
+}
 /// A constructor that raised: the size is unknown here, so the block waits for its pool's end.
 inline void operator delete(void*, ZylEnvI*) noexcept {}
 inline void operator delete(void*, const ZylEnv&) noexcept {}

@@ -86,7 +86,8 @@ struct ZYL_EXPORT Extended {
   static void removeAllProperties(const ZylExtension* extension);
   static void setProperties(ZylGenAlloc* alloc, ZylExtension** extension,
                             ZylNamedPropertySetI* properties);
-  static void addProperty(ZylGenAlloc* alloc, ZylExtension** extension, ZylNamedPropertyI* property);
+  static void addProperty(ZylGenAlloc* alloc, ZylExtension** extension,
+                          ZylNamedPropertyI* property);
   static void addClonedProperty(ZylGenAlloc* alloc, ZylExtension** extension,
                                 const ZylNamedPropertyI* property);
   // Clones each property of the set in turn.
@@ -116,96 +117,96 @@ struct ZYL_EXPORT Extended {
 
 // The operations of an owner of an extension, for a class that has `_extension` and answers
 // `extensionAlloc()`. Meanings as in `zyl::detail::Extended`.
-#define ZYL_EXTENSION_OPERATIONS                                                                   \
- public:                                                                                           \
-  const char* getName() const noexcept { return zyl::detail::Extended::getName(_extension); }      \
-  void setName(const char* name) {                                                                 \
-    zyl::detail::Extended::setName(extensionAlloc(), &_extension, name);                           \
-  }                                                                                                \
-  void swapName(char** name) {                                                                     \
-    zyl::detail::Extended::swapName(extensionAlloc(), &_extension, name);                          \
-  }                                                                                                \
-  void* getObject() const noexcept { return zyl::detail::Extended::getObject(_extension); }        \
-  void setObject(void* object) {                                                                   \
-    zyl::detail::Extended::setObject(extensionAlloc(), &_extension, object);                       \
-  }                                                                                                \
-  ZylNamedPropertySetI* getProperties() const noexcept {                                           \
-    return zyl::detail::Extended::getProperties(_extension);                                       \
-  }                                                                                                \
-  void setProperties(ZylNamedPropertySetI* properties) {                                           \
-    zyl::detail::Extended::setProperties(extensionAlloc(), &_extension, properties);               \
-  }                                                                                                \
-  void removeAllProperties() { zyl::detail::Extended::removeAllProperties(_extension); }           \
-  void addProperty(ZylNamedPropertyI* property) {                                                  \
-    zyl::detail::Extended::addProperty(extensionAlloc(), &_extension, property);                   \
-  }                                                                                                \
-  void addClonedProperty(ZylNamedPropertyI* property) {                                            \
-    zyl::detail::Extended::addClonedProperty(extensionAlloc(), &_extension, property);             \
-  }                                                                                                \
-  void addProperties(ZylNamedPropertySetI* properties) {                                           \
-    zyl::detail::Extended::addProperties(extensionAlloc(), &_extension, properties);               \
-  }                                                                                                \
-  bool hasProperty(const char* name) const {                                                       \
-    return zyl::detail::Extended::hasProperty(_extension, name);                                   \
-  }                                                                                                \
-  ZylNamedPropertyI* getProperty(const char* name) const {                                         \
-    return zyl::detail::Extended::getProperty(_extension, name);                                   \
-  }                                                                                                \
-  const char* getStringProperty(const char* name) const {                                          \
-    return zyl::detail::Extended::getStringProperty(_extension, name);                             \
-  }                                                                                                \
-  void* getAnyProperty(const char* name) const {                                                   \
-    return zyl::detail::Extended::getAnyProperty(_extension, name);                                \
-  }                                                                                                \
-  double getNumProperty(const char* name) const {                                                  \
-    return zyl::detail::Extended::getNumProperty(_extension, name);                                \
-  }                                                                                                \
-  long getIntProperty(const char* name) const {                                                    \
-    return zyl::detail::Extended::getIntProperty(_extension, name);                                \
-  }                                                                                                \
-  void setStringProperty(const char* name, const char* value) {                                    \
-    zyl::detail::Extended::setStringProperty(extensionAlloc(), &_extension, name, value);          \
-  }                                                                                                \
-  void setAnyProperty(const char* name, void* value) {                                             \
-    zyl::detail::Extended::setAnyProperty(extensionAlloc(), &_extension, name, value);             \
-  }                                                                                                \
-  void setNumProperty(const char* name, double value) {                                            \
-    zyl::detail::Extended::setNumProperty(extensionAlloc(), &_extension, name, value);             \
-  }                                                                                                \
-  void setIntProperty(const char* name, long value) {                                              \
-    zyl::detail::Extended::setIntProperty(extensionAlloc(), &_extension, name, value);             \
-  }                                                                                                \
-  void removeProperty(const char* name) {                                                          \
-    zyl::detail::Extended::removeProperty(_extension, name);                                       \
-  }                                                                                                \
-  void removeProperty(ZylNamedPropertyI* property) {                                               \
-    zyl::detail::Extended::removeProperty(_extension, property);                                   \
-  }                                                                                                \
-                                                                                                   \
+#define ZYL_EXTENSION_OPERATIONS                                                              \
+ public:                                                                                      \
+  const char* getName() const noexcept { return zyl::detail::Extended::getName(_extension); } \
+  void setName(const char* name) {                                                            \
+    zyl::detail::Extended::setName(extensionAlloc(), &_extension, name);                      \
+  }                                                                                           \
+  void swapName(char** name) {                                                                \
+    zyl::detail::Extended::swapName(extensionAlloc(), &_extension, name);                     \
+  }                                                                                           \
+  void* getObject() const noexcept { return zyl::detail::Extended::getObject(_extension); }   \
+  void setObject(void* object) {                                                              \
+    zyl::detail::Extended::setObject(extensionAlloc(), &_extension, object);                  \
+  }                                                                                           \
+  ZylNamedPropertySetI* getProperties() const noexcept {                                      \
+    return zyl::detail::Extended::getProperties(_extension);                                  \
+  }                                                                                           \
+  void setProperties(ZylNamedPropertySetI* properties) {                                      \
+    zyl::detail::Extended::setProperties(extensionAlloc(), &_extension, properties);          \
+  }                                                                                           \
+  void removeAllProperties() { zyl::detail::Extended::removeAllProperties(_extension); }      \
+  void addProperty(ZylNamedPropertyI* property) {                                             \
+    zyl::detail::Extended::addProperty(extensionAlloc(), &_extension, property);              \
+  }                                                                                           \
+  void addClonedProperty(ZylNamedPropertyI* property) {                                       \
+    zyl::detail::Extended::addClonedProperty(extensionAlloc(), &_extension, property);        \
+  }                                                                                           \
+  void addProperties(ZylNamedPropertySetI* properties) {                                      \
+    zyl::detail::Extended::addProperties(extensionAlloc(), &_extension, properties);          \
+  }                                                                                           \
+  bool hasProperty(const char* name) const {                                                  \
+    return zyl::detail::Extended::hasProperty(_extension, name);                              \
+  }                                                                                           \
+  ZylNamedPropertyI* getProperty(const char* name) const {                                    \
+    return zyl::detail::Extended::getProperty(_extension, name);                              \
+  }                                                                                           \
+  const char* getStringProperty(const char* name) const {                                     \
+    return zyl::detail::Extended::getStringProperty(_extension, name);                        \
+  }                                                                                           \
+  void* getAnyProperty(const char* name) const {                                              \
+    return zyl::detail::Extended::getAnyProperty(_extension, name);                           \
+  }                                                                                           \
+  double getNumProperty(const char* name) const {                                             \
+    return zyl::detail::Extended::getNumProperty(_extension, name);                           \
+  }                                                                                           \
+  long getIntProperty(const char* name) const {                                               \
+    return zyl::detail::Extended::getIntProperty(_extension, name);                           \
+  }                                                                                           \
+  void setStringProperty(const char* name, const char* value) {                               \
+    zyl::detail::Extended::setStringProperty(extensionAlloc(), &_extension, name, value);     \
+  }                                                                                           \
+  void setAnyProperty(const char* name, void* value) {                                        \
+    zyl::detail::Extended::setAnyProperty(extensionAlloc(), &_extension, name, value);        \
+  }                                                                                           \
+  void setNumProperty(const char* name, double value) {                                       \
+    zyl::detail::Extended::setNumProperty(extensionAlloc(), &_extension, name, value);        \
+  }                                                                                           \
+  void setIntProperty(const char* name, long value) {                                         \
+    zyl::detail::Extended::setIntProperty(extensionAlloc(), &_extension, name, value);        \
+  }                                                                                           \
+  void removeProperty(const char* name) {                                                     \
+    zyl::detail::Extended::removeProperty(_extension, name);                                  \
+  }                                                                                           \
+  void removeProperty(ZylNamedPropertyI* property) {                                          \
+    zyl::detail::Extended::removeProperty(_extension, property);                              \
+  }                                                                                           \
+                                                                                              \
  private:
 
 // The same operations of the handle of an owner; `env/property_operations.inc` defines them.
-#define ZYL_PROPERTY_OPERATIONS                                       \
-  const char* getName() const;                                        \
-  void setName(const char* name) const;                               \
-  void* getObject() const;                                            \
-  void setObject(void* object) const;                                 \
-  ZylNamedPropertySet getProperties() const;                          \
-  void setProperties(ZylNamedPropertySet properties) const;           \
-  void removeAllProperties() const;                                   \
-  void addProperty(ZylNamedProperty property) const;                  \
-  void addClonedProperty(ZylNamedProperty property) const;            \
-  void addProperties(ZylNamedPropertySet properties) const;           \
-  bool hasProperty(const char* name) const;                           \
-  ZylNamedProperty getProperty(const char* name) const;               \
-  const char* getStringProperty(const char* name) const;              \
-  void* getAnyProperty(const char* name) const;                       \
-  double getNumProperty(const char* name) const;                      \
-  long getIntProperty(const char* name) const;                        \
-  void setStringProperty(const char* name, const char* value) const;  \
-  void setAnyProperty(const char* name, void* value) const;           \
-  void setNumProperty(const char* name, double value) const;          \
-  void setIntProperty(const char* name, long value) const;            \
+#define ZYL_PROPERTY_OPERATIONS                                      \
+  const char* getName() const;                                       \
+  void setName(const char* name) const;                              \
+  void* getObject() const;                                           \
+  void setObject(void* object) const;                                \
+  ZylNamedPropertySet getProperties() const;                         \
+  void setProperties(ZylNamedPropertySet properties) const;          \
+  void removeAllProperties() const;                                  \
+  void addProperty(ZylNamedProperty property) const;                 \
+  void addClonedProperty(ZylNamedProperty property) const;           \
+  void addProperties(ZylNamedPropertySet properties) const;          \
+  bool hasProperty(const char* name) const;                          \
+  ZylNamedProperty getProperty(const char* name) const;              \
+  const char* getStringProperty(const char* name) const;             \
+  void* getAnyProperty(const char* name) const;                      \
+  double getNumProperty(const char* name) const;                     \
+  long getIntProperty(const char* name) const;                       \
+  void setStringProperty(const char* name, const char* value) const; \
+  void setAnyProperty(const char* name, void* value) const;          \
+  void setNumProperty(const char* name, double value) const;         \
+  void setIntProperty(const char* name, long value) const;           \
   void removeProperty(const char* name) const;
 
 #endif

@@ -43,9 +43,9 @@ struct ManagerStorage {
 
 /// The algorithms of both tables.
 ///
-/// `add` does not look for the key: callers that keep keys unique look first. Buckets are made at the
-/// first insertion and doubled when there are more than twice as many entries; nothing shrinks. A
-/// hash outside [0, buckets) raises `ZylWrongUsage`.
+/// `add` does not look for the key: callers that keep keys unique look first. Buckets are made at
+/// the first insertion and doubled when there are more than twice as many entries; nothing shrinks.
+/// A hash outside [0, buckets) raises `ZylWrongUsage`.
 template <class K, class V, class Storage>
 class ChainedTable {
  public:
@@ -237,8 +237,8 @@ template <class V>
 class ZylFloatHashTable : public ZylEnvHashTable<double, V> {
  public:
   ZylFloatHashTable(ZylGenAlloc* manager, long buckets)
-      : ZylEnvHashTable<double, V>(manager, buckets, &ZylFloatHashFunction,
-                                   &ZylFloatCompFunction) {}
+      : ZylEnvHashTable<double, V>(manager, buckets, &ZylFloatHashFunction, &ZylFloatCompFunction) {
+  }
 };
 
 class ZylAny2BoolHashTable final : public ZylAddressHashTable<long> {

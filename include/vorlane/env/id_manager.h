@@ -49,7 +49,9 @@ class ZYL_EXPORT ZylIdManager {
   }
   void mark(long id) noexcept { _data[id] = Marked(); }
   /// Puts an object back in its slot.
-  void set(long id, ZylExtractableI* object) noexcept { _data[id] = reinterpret_cast<void*>(object); }
+  void set(long id, ZylExtractableI* object) noexcept {
+    _data[id] = reinterpret_cast<void*>(object);
+  }
 
   /// Walks ids in ascending order, stopping on slots that are not free.
   class ZYL_EXPORT Iterator {

@@ -36,7 +36,8 @@ class ZYL_EXPORT ZylLocalEnvI {
 /// The environment's own operations under its lock.
 class ZYL_EXPORT ZylMTSafeLocalEnvI final : public ZylLocalEnvI {
  public:
-  ZylMTSafeLocalEnvI(ZylEnvI* env, ZylLocalEnvI* previous) : ZylLocalEnvI(env), _previous(previous) {}
+  ZylMTSafeLocalEnvI(ZylEnvI* env, ZylLocalEnvI* previous)
+      : ZylLocalEnvI(env), _previous(previous) {}
   ~ZylMTSafeLocalEnvI() override;
   void* alloc(unsigned long size) override;
   void free(void* block, unsigned long size) override;

@@ -93,7 +93,7 @@ class ZYL_EXPORT SlabSource {
   char* _bottom = nullptr;
   char* _top = nullptr;
   char* _backed = nullptr;  // from here on the slab has storage behind its addresses
-  std::size_t _asked = 0;  // bytes asked for so far
+  std::size_t _asked = 0;   // bytes asked for so far
 };
 }  // namespace zyl::detail
 

@@ -3,8 +3,8 @@
 // Two ladders, one for objects that know their environment and one for objects that know only a
 // memory manager. Objects are created with the placement form `new (env) T(...)`, and deleted with
 // plain `delete`: a destroying operator reads the owner from the live object, runs the virtual
-// destructor, and gives back a block of the size of the real class. It lets pass what the destructor
-// raises.
+// destructor, and gives back a block of the size of the real class. It lets pass what the
+// destructor raises.
 
 #ifndef ZYL_ENV_OBJECT_H
 #define ZYL_ENV_OBJECT_H
@@ -19,20 +19,18 @@
 // Type identity of a class of the environment ladder, with the release of a block whose constructor
 // raised; that one alone knows no object, so each class states its size. A class without the macro
 // gives such a block back as one of its base's size: sound, but counted as less.
-#define ZYL_TYPE_POOLED_(Class, Base, Owner, Release)                   \
- public:                                                                \
-  static void* operator new(std::size_t size, Owner* owner) {           \
-    return owner->alloc(size);                                          \
-  }                                                                     \
-  using Base::operator delete;                                          \
-  static void operator delete(void* block, Owner* owner) noexcept {     \
-    zyl::detail::Release(owner, block, sizeof(Class));                  \
-  }                                                                     \
-                                                                        \
+#define ZYL_TYPE_POOLED_(Class, Base, Owner, Release)                                      \
+ public:                                                                                   \
+  static void* operator new(std::size_t size, Owner* owner) { return owner->alloc(size); } \
+  using Base::operator delete;                                                             \
+  static void operator delete(void* block, Owner* owner) noexcept {                        \
+    zyl::detail::Release(owner, block, sizeof(Class));                                     \
+  }                                                                                        \
+                                                                                           \
  private:
 
-#define ZYL_TYPE(Class, Base)  \
-  ZYL_TYPE_ONLY(Class, Base)   \
+#define ZYL_TYPE(Class, Base) \
+  ZYL_TYPE_ONLY(Class, Base)  \
   ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
 
 // The same for the memory manager ladder.
@@ -74,8 +72,8 @@ class ZYL_EXPORT ZylEnvObjectI {
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
   // The size is unknown here: the block of a constructor that raised waits for its pool's end.
   static void operator delete(void*, ZylEnvI*) noexcept {}
-  static void operator delete(ZylEnvObjectI* object, std::destroying_delete_t, std::size_t size)
-      noexcept(false);
+  static void operator delete(ZylEnvObjectI* object, std::destroying_delete_t,
+                              std::size_t size) noexcept(false);
 
   ZylEnvI* getEnv() const noexcept { return _env; }
   ZylMemoryManager getMemoryManager() const { return _env->getMemoryManager(); }
@@ -101,8 +99,8 @@ class ZYL_EXPORT ZylRttiEnvObjectI : public ZylRtti {
   static void operator delete(void* block, ZylEnvI* env) noexcept {
     zyl::detail::freeInEnv(env, block, sizeof(ZylRttiEnvObjectI));
   }
-  static void operator delete(ZylRttiEnvObjectI* object, std::destroying_delete_t, std::size_t size)
-      noexcept(false);
+  static void operator delete(ZylRttiEnvObjectI* object, std::destroying_delete_t,
+                              std::size_t size) noexcept(false);
 
   ZylEnvI* getEnv() const noexcept { return _env; }
   ZylMemoryManager getMemoryManager() const { return _env->getMemoryManager(); }
@@ -137,8 +135,7 @@ class ZYL_EXPORT ZylMemoryManagerObjectI {
   static void operator delete(void*, ZylGenAlloc*) noexcept {}
   static void operator delete(void*, ZylEnvI*) noexcept {}
   static void operator delete(ZylMemoryManagerObjectI* object, std::destroying_delete_t,
-                              std::size_t size)
-      noexcept(false);
+                              std::size_t size) noexcept(false);
 
   ZylGenAlloc* getManager() const noexcept { return _manager; }
   ZylMemoryManager getMemoryManager() const { return ZylMemoryManager(_manager); }
@@ -162,8 +159,7 @@ class ZYL_EXPORT ZylRttiMemoryManagerObjectI : public ZylRtti {
     zyl::detail::freeInManager(manager, block, sizeof(ZylRttiMemoryManagerObjectI));
   }
   static void operator delete(ZylRttiMemoryManagerObjectI* object, std::destroying_delete_t,
-                              std::size_t size)
-      noexcept(false);
+                              std::size_t size) noexcept(false);
 
   ZylGenAlloc* getManager() const noexcept { return _manager; }
   ZylMemoryManager getMemoryManager() const { return ZylMemoryManager(_manager); }

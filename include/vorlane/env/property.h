@@ -19,7 +19,8 @@ class ZYL_EXPORT ZylNamedPropertyI : public ZylRttiMemoryManagerObjectI {
   };
 
   explicit ZylNamedPropertyI(ZylGenAlloc* manager) : ZylRttiMemoryManagerObjectI(manager) {}
-  /// Raises `ZylWrongUsage` if a set still uses the property; the storage is given back all the same.
+  /// Raises `ZylWrongUsage` if a set still uses the property; the storage is given back all the
+  /// same.
   ~ZylNamedPropertyI() noexcept(false) override;
 
   virtual void display(std::ostream& stream) const;
@@ -53,20 +54,20 @@ class ZYL_EXPORT ZylPreNamedPropertyI : public ZylNamedPropertyI {
 };
 
 // A property class of a plain value.
-#define ZYL_VALUE_PROPERTY(Class, Value)                                                       \
-  class ZYL_EXPORT Class final : public ZylPreNamedPropertyI {                                 \
-    ZYL_TYPE_MANAGED(Class, ZylPreNamedPropertyI)                                              \
-   public:                                                                                     \
-    using EmbeddedType = Value;                                                                \
-    Class(ZylGenAlloc* manager, const char* name, Value value)                                 \
-        : ZylPreNamedPropertyI(manager, name), _value(value) {}                                \
-    void display(std::ostream& stream) const override;                                         \
-    ZylNamedPropertyI* makeClone(const ZylMemoryManager& manager) const override;              \
-    Value getValue() const noexcept { return _value; }                                         \
-    void setValue(Value value) noexcept { _value = value; }                                    \
-                                                                                               \
-   private:                                                                                    \
-    Value _value;                                                                              \
+#define ZYL_VALUE_PROPERTY(Class, Value)                                          \
+  class ZYL_EXPORT Class final : public ZylPreNamedPropertyI {                    \
+    ZYL_TYPE_MANAGED(Class, ZylPreNamedPropertyI)                                 \
+   public:                                                                        \
+    using EmbeddedType = Value;                                                   \
+    Class(ZylGenAlloc* manager, const char* name, Value value)                    \
+        : ZylPreNamedPropertyI(manager, name), _value(value) {}                   \
+    void display(std::ostream& stream) const override;                            \
+    ZylNamedPropertyI* makeClone(const ZylMemoryManager& manager) const override; \
+    Value getValue() const noexcept { return _value; }                            \
+    void setValue(Value value) noexcept { _value = value; }                       \
+                                                                                  \
+   private:                                                                       \
+    Value _value;                                                                 \
   };
 
 /// A property of an integer.

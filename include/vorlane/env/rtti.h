@@ -1,9 +1,10 @@
 // The system's own type identity.
 //
 // A class is known by its token, the address of its own static function `GetBaseTypeInfo`. The
-// function is defined out of line, in the class's one source file, and its code mentions the class's
-// own index, so neither identical-code folding nor a second shared object can make two tokens of
-// one or one of two. A token exists from program load; there is no table and no registration.
+// function is defined out of line, in the class's one source file, and its code mentions the
+// class's own index, so neither identical-code folding nor a second shared object can make two
+// tokens of one or one of two. A token exists from program load; there is no table and no
+// registration.
 //
 // Beside the token stands a small index, assigned on first demand: good for dense tables in one
 // run, never to be written to a file or compared between processes.
@@ -27,7 +28,9 @@ class ZYL_EXPORT ZylRtti {
   /// Destructors of the family may raise: a property that is still in use refuses to go.
   virtual ~ZylRtti() noexcept(false) = default;
 
-  static ZylTypeInfo GetTypeInfo() noexcept { return reinterpret_cast<ZylTypeInfo>(&GetBaseTypeInfo); }
+  static ZylTypeInfo GetTypeInfo() noexcept {
+    return reinterpret_cast<ZylTypeInfo>(&GetBaseTypeInfo);
+  }
   static ZylTypeInfo GetBaseTypeInfo() noexcept;
   /// The root's index is 0 always.
   static long GetTypeIndex() noexcept { return 0; }
@@ -57,58 +60,58 @@ ZYL_EXPORT void assignTypeIndex(long* index);
 
 // What every class of the family declares, all alike. ZYL_TYPE is for classes whose base already
 // has `getBaseTypeInfo` and `getBaseTypeIndex`; ZYL_TYPE_FIRST for those directly under the root.
-#define ZYL_TYPE_COMMON_(Class, Base)                                                        \
- public:                                                                                     \
-  static long _rttiIndex;                                                                    \
-  static ZylTypeInfo GetTypeInfo() noexcept {                                                \
-    return reinterpret_cast<ZylTypeInfo>(&Class::GetBaseTypeInfo);                           \
-  }                                                                                          \
-  static ZylTypeInfo GetBaseTypeInfo() noexcept;                                             \
-  static void InitTypeIndex();                                                               \
-  static long GetTypeIndex() {                                                               \
-    InitTypeIndex();                                                                         \
-    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                                   \
-  }                                                                                          \
-  static const char* GetRttiTypeName() noexcept { return #Class; }                           \
-  long getTypeIndex() const noexcept override;                                               \
-  ZylTypeInfo getTypeInfo() const noexcept override;                                         \
-  bool isType(ZylTypeInfo type) const noexcept override;                                     \
+#define ZYL_TYPE_COMMON_(Class, Base)                              \
+ public:                                                           \
+  static long _rttiIndex;                                          \
+  static ZylTypeInfo GetTypeInfo() noexcept {                      \
+    return reinterpret_cast<ZylTypeInfo>(&Class::GetBaseTypeInfo); \
+  }                                                                \
+  static ZylTypeInfo GetBaseTypeInfo() noexcept;                   \
+  static void InitTypeIndex();                                     \
+  static long GetTypeIndex() {                                     \
+    InitTypeIndex();                                               \
+    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);         \
+  }                                                                \
+  static const char* GetRttiTypeName() noexcept { return #Class; } \
+  long getTypeIndex() const noexcept override;                     \
+  ZylTypeInfo getTypeInfo() const noexcept override;               \
+  bool isType(ZylTypeInfo type) const noexcept override;           \
   const char* getRttiTypeName() const noexcept override;
 
-#define ZYL_TYPE_FIRST(Class, Base)                 \
-  ZYL_TYPE_COMMON_(Class, Base)                     \
-  virtual ZylTypeInfo getBaseTypeInfo() const;      \
-  virtual long getBaseTypeIndex() const;            \
-                                                    \
+#define ZYL_TYPE_FIRST(Class, Base)            \
+  ZYL_TYPE_COMMON_(Class, Base)                \
+  virtual ZylTypeInfo getBaseTypeInfo() const; \
+  virtual long getBaseTypeIndex() const;       \
+                                               \
  private:
 
-#define ZYL_TYPE_ONLY(Class, Base)                   \
-  ZYL_TYPE_COMMON_(Class, Base)                      \
-  ZylTypeInfo getBaseTypeInfo() const override;      \
-  long getBaseTypeIndex() const override;            \
-                                                     \
+#define ZYL_TYPE_ONLY(Class, Base)              \
+  ZYL_TYPE_COMMON_(Class, Base)                 \
+  ZylTypeInfo getBaseTypeInfo() const override; \
+  long getBaseTypeIndex() const override;       \
+                                                \
  private:
 
 // The definitions, in the class's own source and nowhere else. `_rttiIndex` stands in the token's
 // code only to make that code unlike every other class's.
-#define ZYL_TYPE_DEF(Class, Base)                                                                 \
-  static_assert(std::is_base_of_v<Base, Class> && !std::is_same_v<Base, Class>,                   \
-                #Base " is not a base of " #Class);                                               \
-  long Class::_rttiIndex = 0;                                                                     \
-  ZylTypeInfo Class::GetBaseTypeInfo() noexcept {                                                 \
-    __asm__ volatile("" : : "r"(&Class::_rttiIndex));                                             \
-    return Base::GetTypeInfo();                                                                   \
-  }                                                                                               \
-  void Class::InitTypeIndex() { zyl::detail::assignTypeIndex(&_rttiIndex); }                      \
-  long Class::getTypeIndex() const noexcept {                                                     \
-    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                                        \
-  }                                                                                               \
-  ZylTypeInfo Class::getTypeInfo() const noexcept { return GetTypeInfo(); }                       \
-  bool Class::isType(ZylTypeInfo type) const noexcept {                                           \
-    return type == GetTypeInfo() || Base::isType(type);                                           \
-  }                                                                                               \
-  const char* Class::getRttiTypeName() const noexcept { return GetRttiTypeName(); }               \
-  ZylTypeInfo Class::getBaseTypeInfo() const { return GetBaseTypeInfo(); }                        \
+#define ZYL_TYPE_DEF(Class, Base)                                                   \
+  static_assert(std::is_base_of_v<Base, Class> && !std::is_same_v<Base, Class>,     \
+                #Base " is not a base of " #Class);                                 \
+  long Class::_rttiIndex = 0;                                                       \
+  ZylTypeInfo Class::GetBaseTypeInfo() noexcept {                                   \
+    __asm__ volatile("" : : "r"(&Class::_rttiIndex));                               \
+    return Base::GetTypeInfo();                                                     \
+  }                                                                                 \
+  void Class::InitTypeIndex() { zyl::detail::assignTypeIndex(&_rttiIndex); }        \
+  long Class::getTypeIndex() const noexcept {                                       \
+    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                          \
+  }                                                                                 \
+  ZylTypeInfo Class::getTypeInfo() const noexcept { return GetTypeInfo(); }         \
+  bool Class::isType(ZylTypeInfo type) const noexcept {                             \
+    return type == GetTypeInfo() || Base::isType(type);                             \
+  }                                                                                 \
+  const char* Class::getRttiTypeName() const noexcept { return GetRttiTypeName(); } \
+  ZylTypeInfo Class::getBaseTypeInfo() const { return GetBaseTypeInfo(); }          \
   long Class::getBaseTypeIndex() const { return Base::GetTypeIndex(); }
 
 namespace zyl {
@@ -124,7 +127,7 @@ template <class T, class U>
 [[nodiscard]] const T* as(const U* object) noexcept {
   static_assert(std::is_base_of_v<U, T> || std::is_base_of_v<T, U>, "unrelated classes");
   return object != nullptr && object->isType(T::GetTypeInfo()) ? static_cast<const T*>(object)
-                                                                : nullptr;
+                                                               : nullptr;
 }
 /// Whether `object` is exactly a `T`, no subclass.
 template <class T, class U>

@@ -1,5 +1,5 @@
-// A light table for pointer keys: every chain ends at a sentinel, so a search needs no end test, and a
-// test followed by a read costs one walk.
+// A light table for pointer keys: every chain ends at a sentinel, so a search needs no end test,
+// and a test followed by a read costs one walk.
 
 #ifndef ZYL_ENV_SIMPLE_HASH_TABLE_H
 #define ZYL_ENV_SIMPLE_HASH_TABLE_H

@@ -33,29 +33,21 @@ struct OperandKind {
 
 template <class T>
 consteval int classify() {
-  if constexpr (std::integral<T>)
-    return OperandKind::Integer;
-  else if constexpr (std::floating_point<T>)
-    return OperandKind::Real;
+  if constexpr (std::integral<T>) return OperandKind::Integer;
+  else if constexpr (std::floating_point<T>) return OperandKind::Real;
   // Named constants of unscoped enumerations are integers.
   else if constexpr (std::is_enum_v<T>)
     return std::convertible_to<T, long> ? OperandKind::Integer : OperandKind::None;
   else if constexpr (!std::is_class_v<T>)
     return OperandKind::None;  // NOLINT(bugprone-branch-clone): decided here, else last
-  else if constexpr (std::derived_from<T, ZylNumVar>)
-    return OperandKind::NumVar;
-  else if constexpr (std::derived_from<T, ZylIntVar>)
-    return OperandKind::IntVar;
-  else if constexpr (std::derived_from<T, ZylNumLinExprTerm>)
-    return OperandKind::NumTerm;
-  else if constexpr (std::derived_from<T, ZylIntLinExprTerm>)
-    return OperandKind::IntTerm;
+  else if constexpr (std::derived_from<T, ZylNumVar>) return OperandKind::NumVar;
+  else if constexpr (std::derived_from<T, ZylIntVar>) return OperandKind::IntVar;
+  else if constexpr (std::derived_from<T, ZylNumLinExprTerm>) return OperandKind::NumTerm;
+  else if constexpr (std::derived_from<T, ZylIntLinExprTerm>) return OperandKind::IntTerm;
   else if constexpr (std::derived_from<T, ZylIntExprArg> || std::derived_from<T, ZylRangeBase>)
     return OperandKind::IntExpr;
-  else if constexpr (std::derived_from<T, ZylNumExprArg>)
-    return OperandKind::NumExpr;
-  else
-    return OperandKind::None;
+  else if constexpr (std::derived_from<T, ZylNumExprArg>) return OperandKind::NumExpr;
+  else return OperandKind::None;
 }
 
 template <class T>

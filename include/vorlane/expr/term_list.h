@@ -25,8 +25,8 @@ struct ZylLinExprNonLinearItem {
 };
 
 inline ZylNumLinExprTermI* ZylEnvI::newTerm(ZylNumVarI* variable, double coefficient) {
-  void* block = ZYL_UNLIKELY(_localEnv != nullptr) ? allocLocalTerm()
-                                                   : _termAllocator->alloc(&_memory);
+  void* block =
+      ZYL_UNLIKELY(_localEnv != nullptr) ? allocLocalTerm() : _termAllocator->alloc(&_memory);
   return new (block) ZylNumLinExprTermI{variable, nullptr, coefficient};
 }
 

@@ -26,7 +26,8 @@ class ZYL_EXPORT ZylChange : public ZylRtti {
  public:
   /// Tells the visitor what became or ceased to be a child of what. `object` is the one changed, or
   /// null.
-  virtual void visitChange(ZylEnvI* env, ZylExtractableI* object, ZylChangeVisitor* visitor) const = 0;
+  virtual void visitChange(ZylEnvI* env, ZylExtractableI* object,
+                           ZylChangeVisitor* visitor) const = 0;
   /// Calls the engine hook of the class. A null hook raises
   /// `ZylAlgorithm::CannotChangeException` of the algorithm.
   virtual void applyToCP(ZylAlgorithm algorithm, void* handle) const = 0;
@@ -42,23 +43,23 @@ namespace zyl::detail {
 }
 
 // What every concrete change declares: type identity and the engine hook.
-#define ZYL_CHANGE(Class, Base)                                                            \
-  ZYL_TYPE_ONLY(Class, Base)                                                               \
- public:                                                                                   \
-  static void (*_applyCP)(ZylAlgorithm algorithm, const Class* change, void* handle);      \
-  void applyToCP(ZylAlgorithm algorithm, void* handle) const override;                     \
-  void visitChange(ZylEnvI* env, ZylExtractableI* object, ZylChangeVisitor* visitor) const \
-      override;                                                                            \
-                                                                                           \
+#define ZYL_CHANGE(Class, Base)                                                       \
+  ZYL_TYPE_ONLY(Class, Base)                                                          \
+ public:                                                                              \
+  static void (*_applyCP)(ZylAlgorithm algorithm, const Class* change, void* handle); \
+  void applyToCP(ZylAlgorithm algorithm, void* handle) const override;                \
+  void visitChange(ZylEnvI* env, ZylExtractableI* object, ZylChangeVisitor* visitor)  \
+      const override;                                                                 \
+                                                                                      \
  private:
 
 // In the class's source, which includes algorithm/algorithm.h.
-#define ZYL_CHANGE_DEF(Class, Base)                                            \
-  ZYL_TYPE_DEF(Class, Base)                                                    \
-  void (*Class::_applyCP)(ZylAlgorithm, const Class*, void*) = nullptr;        \
-  void Class::applyToCP(ZylAlgorithm algorithm, void* handle) const {          \
-    if (_applyCP == nullptr) zyl::detail::raiseCannotChange(algorithm);        \
-    _applyCP(algorithm, this, handle);                                         \
+#define ZYL_CHANGE_DEF(Class, Base)                                     \
+  ZYL_TYPE_DEF(Class, Base)                                             \
+  void (*Class::_applyCP)(ZylAlgorithm, const Class*, void*) = nullptr; \
+  void Class::applyToCP(ZylAlgorithm algorithm, void* handle) const {   \
+    if (_applyCP == nullptr) zyl::detail::raiseCannotChange(algorithm); \
+    _applyCP(algorithm, this, handle);                                  \
   }
 
 // For the changes that alter no edge of the graph.
@@ -107,7 +108,8 @@ class ZYL_EXPORT ZylAddExtractable : public ZylChange {
   /// A chain was installed on nothing.
   class ZYL_EXPORT CannotAddExtractableException : public ZylException {
    public:
-    explicit CannotAddExtractableException(const char* message, const ZylExtractableI* object = nullptr,
+    explicit CannotAddExtractableException(const char* message,
+                                           const ZylExtractableI* object = nullptr,
                                            const ZylAddExtractable* change = nullptr);
     const ZylExtractableI* getExtractable() const noexcept { return _object; }
     const ZylAddExtractable* getChange() const noexcept { return _change; }

@@ -26,35 +26,35 @@ namespace zyl::detail {
 [[noreturn]] ZYL_EXPORT void raiseRemoveFailure();
 }  // namespace zyl::detail
 
-// The engine hooks of a class: static function pointers that an engine layer fills in, process-wide,
-// and the virtual operations that call them with the object itself. Null hooks raise.
-#define ZYL_CP_HOOKS(Class)                                                             \
- public:                                                                                \
-  static void* (*_extractCP)(ZylAlgorithm algorithm, const Class* object);              \
+// The engine hooks of a class: static function pointers that an engine layer fills in,
+// process-wide, and the virtual operations that call them with the object itself. Null hooks raise.
+#define ZYL_CP_HOOKS(Class)                                                               \
+ public:                                                                                  \
+  static void* (*_extractCP)(ZylAlgorithm algorithm, const Class* object);                \
   static void (*_unextractCP)(ZylAlgorithm algorithm, const Class* object, void* handle); \
-  static void (*_modifyCP)(ZylAlgorithm algorithm, const Class* object, void* handle);  \
-  void* extractToCP(ZylAlgorithm algorithm) const override;                             \
-  void unextractFromCP(ZylAlgorithm algorithm, void* handle) const override;            \
-  void modifyCP(ZylAlgorithm algorithm, void* handle) const override;                   \
-                                                                                        \
+  static void (*_modifyCP)(ZylAlgorithm algorithm, const Class* object, void* handle);    \
+  void* extractToCP(ZylAlgorithm algorithm) const override;                               \
+  void unextractFromCP(ZylAlgorithm algorithm, void* handle) const override;              \
+  void modifyCP(ZylAlgorithm algorithm, void* handle) const override;                     \
+                                                                                          \
  private:
 
 // In the class's source, which includes algorithm/algorithm.h.
-#define ZYL_CP_HOOKS_DEF(Class)                                                         \
-  void* (*Class::_extractCP)(ZylAlgorithm, const Class*) = nullptr;                     \
-  void (*Class::_unextractCP)(ZylAlgorithm, const Class*, void*) = nullptr;             \
-  void (*Class::_modifyCP)(ZylAlgorithm, const Class*, void*) = nullptr;                \
-  void* Class::extractToCP(ZylAlgorithm algorithm) const {                              \
-    if (_extractCP == nullptr) zyl::detail::raiseExtractFailure();                      \
-    return _extractCP(algorithm, this);                                                 \
-  }                                                                                     \
-  void Class::unextractFromCP(ZylAlgorithm algorithm, void* handle) const {             \
-    if (_unextractCP == nullptr) zyl::detail::raiseRemoveFailure();                     \
-    _unextractCP(algorithm, this, handle);                                              \
-  }                                                                                     \
-  void Class::modifyCP(ZylAlgorithm algorithm, void* handle) const {                    \
-    if (_modifyCP == nullptr) zyl::detail::raiseRemoveFailure();                        \
-    _modifyCP(algorithm, this, handle);                                                 \
+#define ZYL_CP_HOOKS_DEF(Class)                                             \
+  void* (*Class::_extractCP)(ZylAlgorithm, const Class*) = nullptr;         \
+  void (*Class::_unextractCP)(ZylAlgorithm, const Class*, void*) = nullptr; \
+  void (*Class::_modifyCP)(ZylAlgorithm, const Class*, void*) = nullptr;    \
+  void* Class::extractToCP(ZylAlgorithm algorithm) const {                  \
+    if (_extractCP == nullptr) zyl::detail::raiseExtractFailure();          \
+    return _extractCP(algorithm, this);                                     \
+  }                                                                         \
+  void Class::unextractFromCP(ZylAlgorithm algorithm, void* handle) const { \
+    if (_unextractCP == nullptr) zyl::detail::raiseRemoveFailure();         \
+    _unextractCP(algorithm, this, handle);                                  \
+  }                                                                         \
+  void Class::modifyCP(ZylAlgorithm algorithm, void* handle) const {        \
+    if (_modifyCP == nullptr) zyl::detail::raiseRemoveFailure();            \
+    _modifyCP(algorithm, this, handle);                                     \
   }
 
 /// An object of a model: it can tell what it contains, be visited, copied, shown and removed while
@@ -76,8 +76,8 @@ class ZYL_EXPORT ZylExtractableI : public ZylRttiEnvObjectI {
     zyl::detail::freeInEnv(env, block, sizeof(ZylExtractableI));
   }
   /// Deleting an object that nobody ended first takes it out of all that refers to it.
-  static void operator delete(ZylExtractableI* object, std::destroying_delete_t, std::size_t size)
-      noexcept(false);
+  static void operator delete(ZylExtractableI* object, std::destroying_delete_t,
+                              std::size_t size) noexcept(false);
 
   /// Returns a copy in `env`, its parts through `env->getClone`. This base raises
   /// `ZylExtractable::NoCloneMechanismException`.
@@ -182,20 +182,20 @@ ZYL_EXPORT std::ostream& operator<<(std::ostream& stream, const ZylExtractable& 
 
 // What every handle class of the family declares: empty construction, construction from its
 // implementation, and the typed read of it. The implementation class must be complete.
-#define ZYL_HANDLE(Class, Base, Impl)                                                        \
- public:                                                                                     \
-  using ImplClass = Impl;                                                                    \
-  Class() = default;                                                                         \
-  explicit Class(Impl* impl) noexcept : Base(impl) {}                                        \
-  Impl* getImpl() const noexcept { return static_cast<Impl*>(_impl); }                       \
-                                                                                             \
- protected:                                                                                  \
-  /* Raises the class's own text on an empty handle. */                                      \
-  Impl* checked(const char* text) const {                                                    \
-    if (ZYL_UNLIKELY(_impl == nullptr)) ZylRaiseEmptyHandle(text);                           \
-    return static_cast<Impl*>(_impl);                                                        \
-  }                                                                                          \
-                                                                                             \
+#define ZYL_HANDLE(Class, Base, Impl)                                  \
+ public:                                                               \
+  using ImplClass = Impl;                                              \
+  Class() = default;                                                   \
+  explicit Class(Impl* impl) noexcept : Base(impl) {}                  \
+  Impl* getImpl() const noexcept { return static_cast<Impl*>(_impl); } \
+                                                                       \
+ protected:                                                            \
+  /* Raises the class's own text on an empty handle. */                \
+  Impl* checked(const char* text) const {                              \
+    if (ZYL_UNLIKELY(_impl == nullptr)) ZylRaiseEmptyHandle(text);     \
+    return static_cast<Impl*>(_impl);                                  \
+  }                                                                    \
+                                                                       \
  private:
 
 inline bool ZylEnvI::isMarked(const ZylExtractableI* object) const noexcept {

@@ -18,8 +18,9 @@ class ZYL_EXPORT ZylExtractableArray {
   explicit ZylExtractableArray(const ZylMemoryManager& manager, long n = 0);
   /// The array of the objects given. Raises `ZylWrongUsage` if `n` is not their number.
   template <class... Rest>
-    requires(std::derived_from<Rest, ZylExtractable> && ...)
-  ZylExtractableArray(const ZylEnv& env, long n, const ZylExtractable& first, const Rest&... rest);
+  requires(std::derived_from<Rest, ZylExtractable>&&...)
+      ZylExtractableArray(const ZylEnv& env, long n, const ZylExtractable& first,
+                          const Rest&... rest);
 
   ZylArrayI* getImpl() const noexcept { return _impl; }
   long getSize() const { return checked()->getSize(); }
@@ -97,8 +98,8 @@ namespace zyl::detail {
 
 /// What the typed handle arrays share.
 ///
-/// `Derived` states `Name()`, its own name, and `Separator(k)`, what stands before the element count
-/// k in the text of a wrong literal count.
+/// `Derived` states `Name()`, its own name, and `Separator(k)`, what stands before the element
+/// count k in the text of a wrong literal count.
 template <class Derived, class Handle>
 class HandleArray : public ZylExtractableArray {
  public:
@@ -110,8 +111,8 @@ class HandleArray : public ZylExtractableArray {
   explicit HandleArray(const ZylEnv& env, long n = 0) : ZylExtractableArray(env, n) {}
   /// The array of the elements given. Raises `ZylWrongUsage` if `n` is not their number.
   template <class... Rest>
-    requires(std::convertible_to<Rest, Handle> && ...)
-  HandleArray(const ZylEnv& env, long n, const Handle& first, const Rest&... rest)
+  requires(std::convertible_to<Rest, Handle>&&...)
+      HandleArray(const ZylEnv& env, long n, const Handle& first, const Rest&... rest)
       : ZylExtractableArray(env, checkCount(n, 1 + static_cast<long>(sizeof...(rest)))) {
     addLiteral(first, Handle(rest)...);
   }
@@ -153,21 +154,20 @@ class HandleArray : public ZylExtractableArray {
 }  // namespace zyl::detail
 
 // The facts of a typed array class.
-#define ZYL_HANDLE_ARRAY(Class, Handle, SeparatorExpr)                        \
-  using Family = zyl::detail::HandleArray<Class, Handle>;                     \
-  friend Family;                                                              \
-                                                                              \
- public:                                                                      \
-  static const char* Name() { return #Class; }                                \
+#define ZYL_HANDLE_ARRAY(Class, Handle, SeparatorExpr)                                \
+  using Family = zyl::detail::HandleArray<Class, Handle>;                             \
+  friend Family;                                                                      \
+                                                                                      \
+ public:                                                                              \
+  static const char* Name() { return #Class; }                                        \
   static const char* Separator([[maybe_unused]] long count) { return SeparatorExpr; } \
-  static const char* EmptyText() { return "Using empty " #Class " handle."; } \
-  using Family::Family;                                                       \
+  static const char* EmptyText() { return "Using empty " #Class " handle."; }         \
+  using Family::Family;                                                               \
   Class() = default;
 
 template <class... Rest>
-  requires(std::derived_from<Rest, ZylExtractable> && ...)
-ZylExtractableArray::ZylExtractableArray(const ZylEnv& env, long n, const ZylExtractable& first,
-                                         const Rest&... rest)
+requires(std::derived_from<Rest, ZylExtractable>&&...) ZylExtractableArray::ZylExtractableArray(
+    const ZylEnv& env, long n, const ZylExtractable& first, const Rest&... rest)
     : ZylExtractableArray(env) {
   constexpr long Count = 1 + static_cast<long>(sizeof...(rest));
   if (n != Count) {

@@ -8,8 +8,8 @@
 
 /// An ordered bag of extractables, itself an extractable: models nest.
 ///
-/// Holds references and owns nothing: taking an element out does not end it, ending the model leaves
-/// the elements alive. Duplicates are kept.
+/// Holds references and owns nothing: taking an element out does not end it, ending the model
+/// leaves the elements alive. Duplicates are kept.
 class ZYL_EXPORT ZylModelI : public ZylExtractableI {
   ZYL_TYPE(ZylModelI, ZylExtractableI)
   ZYL_CP_HOOKS(ZylModelI)

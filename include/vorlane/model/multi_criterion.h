@@ -8,8 +8,8 @@
 
 /// A lexicographic list of expressions.
 ///
-/// No extractable: models know it only through an objective. Owns its array and holds a reference on
-/// each criterion. As it hears of no removal, it must go before a variable of its criteria does;
+/// No extractable: models know it only through an objective. Owns its array and holds a reference
+/// on each criterion. As it hears of no removal, it must go before a variable of its criteria does;
 /// objectives, which have lists of their own, need no such care.
 class ZYL_EXPORT ZylMultiCriterionExprI final : public ZylEnvObjectI {
   ZYL_POOLED(ZylMultiCriterionExprI, ZylEnvObjectI)
@@ -46,8 +46,8 @@ class ZYL_EXPORT ZylMultiCriterionExpr {
 
   ZylMultiCriterionExpr() = default;
   explicit ZylMultiCriterionExpr(ZylMultiCriterionExprI* impl) noexcept : _impl(impl) {}
-  /// Copies the array, which stays the client's. Raises `ZylWrongUsage` on an empty environment, and
-  /// for a criterion of another one.
+  /// Copies the array, which stays the client's. Raises `ZylWrongUsage` on an empty environment,
+  /// and for a criterion of another one.
   ZylMultiCriterionExpr(const ZylEnv& env, const ZylNumExprArray& exprs, Type type,
                         const char* name = nullptr);
   ZylMultiCriterionExprI* getImpl() const noexcept { return _impl; }

@@ -127,8 +127,8 @@ class ZYL_EXPORT ZylObjective : public ZylExtractable {
   ZylObjectiveI* checkedObjective() const { return checked("Using empty ZylObjective handle."); }
 };
 
-/// An objective of the expression. Raise `ZylWrongUsage` for empty handles, and for criteria of which
-/// there are none.
+/// An objective of the expression. Raise `ZylWrongUsage` for empty handles, and for criteria of
+/// which there are none.
 ZYL_EXPORT ZylObjective ZylMinimize(const ZylEnv& env, const ZylNumExprArg& expr,
                                     const char* name = nullptr);
 ZYL_EXPORT ZylObjective ZylMaximize(const ZylEnv& env, const ZylNumExprArg& expr,

@@ -47,8 +47,8 @@ class ZYL_EXPORT ZylSetObjCoefs final : public ZylChange {
  public:
   ZylSetObjCoefs(ZylObjectiveI* objective, const ZylNumVarArray& variables,
                  const ZylNumArray& newValues, const ZylNumArray& oldValues)
-      : _objective(objective), _variables(variables), _newValues(newValues),
-        _oldValues(oldValues) {}
+      : _objective(objective), _variables(variables), _newValues(newValues), _oldValues(oldValues) {
+  }
   ZylExtractableI* getChangedExtractable() const override { return _objective; }
   ZylObjective getObjective() const { return ZylObjective(_objective); }
   const ZylNumVarArray& getVars() const noexcept { return _variables; }
@@ -95,8 +95,7 @@ class ZYL_EXPORT ZylSetObjSense final : public ZylChange {
 class ZYL_EXPORT ZylAddValueToObj final : public ZylAddNumVar {
   ZYL_CHANGE(ZylAddValueToObj, ZylAddNumVar)
  public:
-  ZylAddValueToObj(ZylObjectiveI* objective, double value)
-      : _value(value), _objective(objective) {}
+  ZylAddValueToObj(ZylObjectiveI* objective, double value) : _value(value), _objective(objective) {}
   ZylAddExtractable* getCopy(ZylEnvI* env) const override;
   void destroy(ZylEnvI* env) override;
   ZylExtractableI* what() const override { return _objective; }

@@ -33,12 +33,12 @@ class ZYL_EXPORT ZylCbcListener {
 /// `ZylAlgorithm::CannotExtractException` with every object refused. Edits are followed without a
 /// reload, and the next `solve` starts from what the last one left.
 ///
-/// An edit that raised (the engine cannot follow it, or was searching) has changed the model all the
-/// same. The engine then knows that it is behind: it answers of the last solve, takes no further
-/// edits, and the next `solve` loads afresh, which raises what `load` would.
+/// An edit that raised (the engine cannot follow it, or was searching) has changed the model all
+/// the same. The engine then knows that it is behind: it answers of the last solve, takes no
+/// further edits, and the next `solve` loads afresh, which raises what `load` would.
 ///
-/// Integer variables without a bound on a side are searched up to 1e9 beyond the other one, or beyond
-/// zero; a solution that ends there is called Feasible unless nothing can be better.
+/// Integer variables without a bound on a side are searched up to 1e9 beyond the other one, or
+/// beyond zero; a solution that ends there is called Feasible unless nothing can be better.
 ///
 /// Installs no class hooks: any number of engines live side by side. One thread; only `interrupt`
 /// may be called from another.
@@ -81,8 +81,8 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
   /// optimality.
   double getDual(const ZylConstraintI* constraint) const;
   double getReducedCost(const ZylNumVarI* variable) const;
-  /// Distance of the constraint's expression, at the last solution, to its nearer bound, both as they
-  /// are now; negative if it is violated.
+  /// Distance of the constraint's expression, at the last solution, to its nearer bound, both as
+  /// they are now; negative if it is violated.
   double getSlack(const ZylConstraintI* constraint) const;
   /// What no solution can beat; `ZylInfinity`, or its negative, if nothing is known.
   double getBestBound() const;
@@ -97,8 +97,8 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
 
   /// Elapsed seconds for a solve; negative for no limit.
   void setTimeLimit(double seconds);
-  /// Relative gap at which a search may stop and call its solution optimal. The bound then tells how
-  /// far from the optimum the solution may be.
+  /// Relative gap at which a search may stop and call its solution optimal. The bound then tells
+  /// how far from the optimum the solution may be.
   void setGapLimit(double gap);
   void setNodeLimit(long nodes);
   /// A point to start from: the values of some variables. The next solve fixes the integer ones
