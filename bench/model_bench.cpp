@@ -8,8 +8,7 @@ namespace {
 
 constexpr long Terms = 10;
 
-// --- 1,000,000 ranges of 10 terms over as many variables, scattered columns
-// ------------------------
+// --- 1,000,000 ranges of 10 terms over as many variables, scattered columns ----------------------
 
 void BM_Ranges_floor(benchmark::State& state) {
   const long n = state.range(0);
@@ -156,8 +155,7 @@ void BM_Normalize_vorlane(benchmark::State& state) {
   env.end();
 }
 
-// --- boolean variables
-// ------------------------------------------------------------------------------
+// --- boolean variables ---------------------------------------------------------------------------
 
 void BM_BoolVars_floor(benchmark::State& state) {
   const long n = state.range(0);
@@ -195,8 +193,7 @@ void BM_BoolVars_vorlane(benchmark::State& state) {
   state.counters["bytes_each"] = bytes;
 }
 
-// --- trees: ZylMax(x, y) + ZylAbs(x - y)
-// -------------------------------------------------------------
+// --- trees: ZylMax(x, y) + ZylAbs(x - y) ---------------------------------------------------------
 
 // A node of the sizes that the library's own have: maximum, absolute value, two sums, two terms,
 // two items.
@@ -359,8 +356,7 @@ void BM_EditsWithEngine_vorlane(benchmark::State& state) {
   state.counters["heard"] = static_cast<double>(engine.edits);
 }
 
-// --- loading into the base evaluator, and ending the environment
-// --------------------------------------
+// --- loading into the base evaluator, and ending the environment ---------------------------------
 
 void BM_Load_floor(benchmark::State& state) {
   EditModel model(state.range(0));

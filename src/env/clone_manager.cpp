@@ -199,8 +199,7 @@ ZylExtractableI* ZylCloneManager::getClone(const ZylExtractableI* object) {
   return clone;
 }
 
-// --- the environment's operations
-// -----------------------------------------------------------------
+// --- the environment's operations ----------------------------------------------------------------
 
 ZylExtractableI* ZylEnvI::getClone(const ZylExtractableI* object) {
   return object != nullptr ? _cloneManager->getClone(object) : nullptr;

@@ -398,8 +398,7 @@ void ZylEnvI::removeFromAllAndDestroy(ZylExtractableArray objects, long flag) {
   objects.clear();
 }
 
-// --- the deleter
-// ----------------------------------------------------------------------------------
+// --- the deleter ---------------------------------------------------------------------------------
 
 void ZylEnvI::setDeleter(ZylBaseDeleterI* deleter, long mode) noexcept {
   _deleter = deleter;

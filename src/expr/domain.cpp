@@ -81,8 +81,7 @@ constexpr const char* DiscreteText = "SetLB is not supported on a discrete float
 
 }  // namespace
 
-// --- float
-// ----------------------------------------------------------------------------------------
+// --- float ---------------------------------------------------------------------------------------
 
 ZylNumVarDomainI::ZylNumVarDomainI(ZylNumArray values) : _lower(0.0), _upper(0.0), _values(values) {
   boundsOf(values, &_lower, &_upper);
@@ -119,8 +118,7 @@ ZylVarDomainI* ZylNumVarDomainI::makeClone(ZylEnvI* env) const {
   return withValues(env, clone, &clone->_values, _values);
 }
 
-// --- integer
-// --------------------------------------------------------------------------------------
+// --- integer -------------------------------------------------------------------------------------
 
 ZylIntVarDomainI::ZylIntVarDomainI(ZylIntArray values, long any)
     : _lower(0), _upper(0), _values(values), _any(any) {
@@ -185,8 +183,7 @@ ZylVarDomainI* ZylIntVarDomainI::makeClone(ZylEnvI* env) const {
   return withValues(env, clone, &clone->_values, _values);
 }
 
-// --- boolean
-// --------------------------------------------------------------------------------------
+// --- boolean -------------------------------------------------------------------------------------
 
 void ZylBoolVarDomainI::setLB(double lower) { _lower = ZylTrunc(lower); }
 void ZylBoolVarDomainI::setUB(double upper) { _upper = ZylTrunc(upper); }

@@ -55,8 +55,7 @@ Node* makeExtreme(const ZylExtractableArray& array, const char* mismatch) {
 
 }  // namespace
 
-// --- nodes of one and two operands
-// ----------------------------------------------------------------
+// --- nodes of one and two operands ---------------------------------------------------------------
 
 namespace zyl::detail {
 
@@ -115,8 +114,7 @@ ZylNumExprArg ZylMonotonicDecreasingNumExpr(const ZylNumExprArg& arg, double (*f
   return ZylNumExprArg(make<ZylMonotonicNumExprI>(checkedExpr(arg), function, inverse, 1));
 }
 
-// --- extremes, counts and deviations of arrays
-// ----------------------------------------------------
+// --- extremes, counts and deviations of arrays ---------------------------------------------------
 
 namespace zyl::detail {
 
@@ -198,8 +196,7 @@ ZylIntExprArg ZylCount(const ZylIntExprArray& array, long value) {
   return ZylIntExprArg(makeOverCopy<ZylCountI, ZylIntExprArray>(array, value));
 }
 
-// --- sums
-// -----------------------------------------------------------------------------------------
+// --- sums ----------------------------------------------------------------------------------------
 
 long ZylSum(const ZylIntArray& array) {
   long sum = 0;

@@ -114,8 +114,7 @@ double ZylNumLinTermI::eval(const ZylAlgorithm algorithm) const {
 
 double ZylNumLinTermI::getNumConstant() const { return _constant; }
 
-// --- combining
-// ------------------------------------------------------------------------------------
+// --- combining -----------------------------------------------------------------------------------
 
 namespace {
 // The sum is what it should be: without memory for the marks, normalising waits for who asks next.
@@ -169,8 +168,7 @@ void ZylNumLinTermI::divide(double divisor) {
   _constant /= divisor;
 }
 
-// --- normal form
-// ----------------------------------------------------------------------------------
+// --- normal form ---------------------------------------------------------------------------------
 
 namespace {
 
@@ -349,8 +347,7 @@ bool ZylNumLinTermI::containsAggregate() {
   return visitor.getResult() != 0;
 }
 
-// --- editing
-// --------------------------------------------------------------------------------------
+// --- editing -------------------------------------------------------------------------------------
 
 namespace {
 

@@ -56,8 +56,7 @@ Impl* cloneOperand(ZylEnvI* env, const Impl* operand) {
 inline bool isIntegerConstant(double constant) { return ZylNumIsInteger(constant); }
 inline bool isIntegerConstant(long) { return true; }
 
-// --- one operand
-// ----------------------------------------------------------------------------------
+// --- one operand ---------------------------------------------------------------------------------
 
 template <class Node, class Base, class Operand>
 UnaryNode<Node, Base, Operand>::UnaryNode(ZylEnvI* env, Operand* operand)
@@ -96,8 +95,7 @@ bool UnaryNode<Node, Base, Operand>::isInteger() const {
   return followsInteger<Node>([this] { return _operand->isInteger(); });
 }
 
-// --- two operands
-// ---------------------------------------------------------------------------------
+// --- two operands --------------------------------------------------------------------------------
 
 template <class Node, class Base, class Operand>
 BinaryNode<Node, Base, Operand>::BinaryNode(ZylEnvI* env, Operand* left, Operand* right)
@@ -142,8 +140,7 @@ bool BinaryNode<Node, Base, Operand>::isInteger() const {
   return followsInteger<Node>([this] { return _left->isInteger() && _right->isInteger(); });
 }
 
-// --- one operand and a constant
-// -------------------------------------------------------------------
+// --- one operand and a constant ------------------------------------------------------------------
 
 template <class Node, class Base, class Operand, class Constant>
 ConstantNode<Node, Base, Operand, Constant>::ConstantNode(ZylEnvI* env, Operand* operand,
@@ -191,8 +188,7 @@ bool ConstantNode<Node, Base, Operand, Constant>::isInteger() const {
       [this] { return _operand->isInteger() && isIntegerConstant(_constant); });
 }
 
-// --- arrays
-// ---------------------------------------------------------------------------------------
+// --- arrays --------------------------------------------------------------------------------------
 
 // An absent array shows nothing.
 template <class Array>

@@ -7,8 +7,7 @@
 
 using zyl::detail::ArrayCopy;
 
-// --- the rows
-// -------------------------------------------------------------------------------------
+// --- the rows ------------------------------------------------------------------------------------
 
 namespace zyl::detail {
 
@@ -121,8 +120,7 @@ template class zyl::detail::ArrayNode<ZylIntExprI, ZylIntExprArray>;
 template class zyl::detail::ArrayNode<ZylNumExprI, ZylNumExprArray>;
 template class zyl::detail::ArrayNode<ZylNumExprI, ZylIntExprArray>;
 
-// --- count
-// ----------------------------------------------------------------------------------------
+// --- count ---------------------------------------------------------------------------------------
 
 ZYL_TYPE_DEF(ZylCountI, ZylIntExprI)
 ZYL_CP_HOOKS_DEF(ZylCountI)
@@ -153,8 +151,7 @@ double ZylCountI::eval(const ZylAlgorithm algorithm) const {
   return number(count);
 }
 
-// --- standard deviation
-// ---------------------------------------------------------------------------
+// --- standard deviation --------------------------------------------------------------------------
 
 ZYL_TYPE_DEF(ZylStandardDeviationI, ZylNumExprI)
 ZYL_CP_HOOKS_DEF(ZylStandardDeviationI)
@@ -193,8 +190,7 @@ double ZylStandardDeviationI::Eval(const ZylAlgorithm& algorithm, const ZylIntEx
   return std::sqrt(squares / number(size));
 }
 
-// --- a client's function
-// --------------------------------------------------------------------------
+// --- a client's function -------------------------------------------------------------------------
 
 ZYL_TYPE_DEF(ZylMonotonicNumExprI, ZylNumExprI)
 ZYL_CP_HOOKS_DEF(ZylMonotonicNumExprI)

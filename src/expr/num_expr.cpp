@@ -65,8 +65,7 @@ void ZylEnvI::release(ZylNumExprI* expr) {
   expr->release();
 }
 
-// --- argument handles
-// -----------------------------------------------------------------------------
+// --- argument handles ----------------------------------------------------------------------------
 
 namespace {
 
@@ -131,8 +130,7 @@ ZylIntExprArg ZylIntExprArg::getClone(const ZylEnv& env) const {
   return ZylIntExprArg(cloneOf(getImpl(), env));
 }
 
-// --- counted handles
-// ------------------------------------------------------------------------------
+// --- counted handles -----------------------------------------------------------------------------
 
 ZylNumExpr::NonLinearExpression::NonLinearExpression(const ZylNumExprI* expr)
     : ZylException("Constant part cannot be set or queried"), _expr(expr) {}

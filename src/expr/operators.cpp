@@ -4,8 +4,7 @@
 #include "vorlane/env/number.h"
 #include "vorlane/expr/nodes.h"
 
-// --- checked arithmetic
-// ---------------------------------------------------------------------------
+// --- checked arithmetic --------------------------------------------------------------------------
 
 namespace {
 
@@ -34,8 +33,7 @@ long ZylDivOverflow(double a, double b) {
 
 namespace zyl::detail {
 
-// --- sums
-// -----------------------------------------------------------------------------------------
+// --- sums ----------------------------------------------------------------------------------------
 
 namespace {
 
@@ -228,8 +226,7 @@ ZylIntLinTermI* addIntConstant(ZylNumLinExprTermI* a, long constant) {
   return sum;
 }
 
-// --- products
-// -------------------------------------------------------------------------------------
+// --- products ------------------------------------------------------------------------------------
 
 ZylNumExprI* scaleNum(ZylNumExprI* a, double factor) {
   for (;;) {
@@ -302,8 +299,7 @@ ZylIntExprI* timesInt(ZylIntExprI* a, ZylIntExprI* b) {
   return new (a->getEnv()) ZylIntTimesI(a->getEnv(), a, b);
 }
 
-// --- quotients
-// ------------------------------------------------------------------------------------
+// --- quotients -----------------------------------------------------------------------------------
 
 ZylNumExprI* divideNum(ZylNumExprI* a, double divisor) {
   const NodeClass kind = classOf(a);

@@ -94,8 +94,7 @@ To integersOf(const ZylNumVarArray& variables) {
 
 }  // namespace
 
-// --- ZylNumVarArray
-// -------------------------------------------------------------------------------
+// --- ZylNumVarArray ------------------------------------------------------------------------------
 
 ZylNumVarArray::ZylNumVarArray(const ZylEnv& env, long n, double lower, double upper, Type type)
     : ZylNumVarArray(env, 0) {
@@ -145,8 +144,7 @@ ZylIntExprArray ZylNumVarArray::toIntExprArray() const {
 }
 ZylNumExprArray ZylNumVarArray::toNumExprArray() const { return rewrapped<ZylNumExprArray>(*this); }
 
-// --- ZylIntVarArray
-// -------------------------------------------------------------------------------
+// --- ZylIntVarArray ------------------------------------------------------------------------------
 
 ZylIntVarArray::ZylIntVarArray(const ZylEnv& env, long n, long lower, long upper)
     : ZylIntVarArray(env, 0) {
@@ -194,8 +192,7 @@ ZylNumVarArray ZylIntVarArray::toNumVarArray() const { return rewrapped<ZylNumVa
 ZylIntExprArray ZylIntVarArray::toIntExprArray() const { return rewrapped<ZylIntExprArray>(*this); }
 ZylNumExprArray ZylIntVarArray::toNumExprArray() const { return rewrapped<ZylNumExprArray>(*this); }
 
-// --- ZylBoolVarArray
-// ------------------------------------------------------------------------------
+// --- ZylBoolVarArray -----------------------------------------------------------------------------
 
 ZylBoolVarArray::ZylBoolVarArray(const ZylEnv& env, long n, long lower, long upper)
     : ZylBoolVarArray(env, 0) {
@@ -233,8 +230,7 @@ ZylNumExprArray ZylBoolVarArray::toNumExprArray() const {
   return rewrapped<ZylNumExprArray>(*this);
 }
 
-// --- ZylSemiContVarArray
-// --------------------------------------------------------------------------
+// --- ZylSemiContVarArray -------------------------------------------------------------------------
 
 ZylSemiContVarArray::ZylSemiContVarArray(const ZylEnv& env, long n, double threshold, double upper,
                                          Type type)

@@ -218,8 +218,7 @@ double ZylNumVarI::eval(const ZylAlgorithm algorithm) const {
   }
 }
 
-// --- bounds
-// ---------------------------------------------------------------------------------------
+// --- bounds --------------------------------------------------------------------------------------
 
 double ZylNumVarI::getLB() const { return _domain != nullptr ? _domain->getLB() : 0.0; }
 double ZylNumVarI::getUB() const { return _domain != nullptr ? _domain->getUB() : ZylInfinity; }

@@ -44,8 +44,7 @@ ZylNumVarI* makeOnValues(const ZylEnv& env, const Array& values, VariableType ty
 
 }  // namespace
 
-// --- ZylNumVar
-// ------------------------------------------------------------------------------------
+// --- ZylNumVar -----------------------------------------------------------------------------------
 
 namespace {
 constexpr const char* NumText = "Using empty ZylNumVar handle.";
@@ -99,8 +98,7 @@ ZylNumVar ZylNumVar::getClone(const ZylEnv& env) const {
   return ZylNumVar(static_cast<ZylNumVarI*>(checkedEnv(env)->getClone(checked(NumText))));
 }
 
-// --- ZylIntVar
-// ------------------------------------------------------------------------------------
+// --- ZylIntVar -----------------------------------------------------------------------------------
 
 const char* const ZylIntVar::AnyDomainProperty = "ZylIntVar::AnyDomainProperty";
 
@@ -160,8 +158,7 @@ ZylIntVar ZylIntVar::getClone(const ZylEnv& env) const {
   return ZylIntVar(static_cast<ZylNumVarI*>(checkedEnv(env)->getClone(checked(IntText))));
 }
 
-// --- ZylBoolVar
-// -----------------------------------------------------------------------------------
+// --- ZylBoolVar ----------------------------------------------------------------------------------
 
 namespace {
 bool isZeroOrOne(double bound) { return bound == 0.0 || bound == 1.0; }
@@ -189,8 +186,7 @@ ZylBoolVar::ZylBoolVar(const ZylNumVar& variable) : ZylIntVar(variable.getImpl()
   if (!isZeroOrOne(variable.getLB()) || !isZeroOrOne(variable.getUB())) throw ZylBadConversion();
 }
 
-// --- ZylSemiContVar
-// -------------------------------------------------------------------------------
+// --- ZylSemiContVar ------------------------------------------------------------------------------
 
 ZylSemiContVar::ZylSemiContVar(const ZylEnv& env, double threshold, double upper, Type type,
                                const char* name) {

@@ -30,8 +30,7 @@ class ZylAlgorithms : public EnvTest {
   ZylModel model{env, "m"};
 };
 
-// --- counting
-// -------------------------------------------------------------------------------------
+// --- counting ------------------------------------------------------------------------------------
 
 TEST_F(ZylAlgorithms, SharedObjectsAreBuiltAndDroppedOnce) {
   engine->extract(x.getImpl());
@@ -119,8 +118,7 @@ TEST_F(ZylAlgorithms, AnyExceptionUndoesTheCount) {
   EXPECT_EQ(engine->getUsageCount(x.getImpl()), 1);
 }
 
-// --- loading
-// --------------------------------------------------------------------------------------
+// --- loading -------------------------------------------------------------------------------------
 
 TEST_F(ZylAlgorithms, LoadingClearsFirst) {
   model.add(x);
@@ -190,8 +188,7 @@ TEST_F(ZylAlgorithms, FailedAllocationsWhileLoading) {
       [&] { EXPECT_EQ(impl->getAlgorithms(), fresh); });
 }
 
-// --- changes
-// --------------------------------------------------------------------------------------
+// --- changes -------------------------------------------------------------------------------------
 
 TEST_F(ZylAlgorithms, AHandleMayBeRewrittenByAChange) {
   struct Rewriting : RecordingAlgorithm {
@@ -279,8 +276,7 @@ TEST_F(ZylAlgorithms, ChangesWithoutATargetMayBeRefused) {
       [&] { impl->change(ZylSetNumVarBounds(x.getImpl(), 0, 1)); }, text.str()));
 }
 
-// --- texts
-// ----------------------------------------------------------------------------------------
+// --- texts ---------------------------------------------------------------------------------------
 
 TEST_F(ZylAlgorithms, RefusalsListTheirIds) {
   std::ostringstream start;
@@ -352,8 +348,7 @@ TEST(ZylAlgorithmStatus, PrintsItsName) {
   }
 }
 
-// --- answers
-// --------------------------------------------------------------------------------------
+// --- answers -------------------------------------------------------------------------------------
 
 TEST_F(ZylAlgorithms, IntegerValuesAreRoundedAndBounded) {
   struct Row {
@@ -449,8 +444,7 @@ TEST_F(ZylAlgorithms, LifeOnTheStackAndEarlyEnd) {
   EXPECT_EQ(impl->getAlgorithms(), nullptr);
 }
 
-// --- empty handles
-// --------------------------------------------------------------------------------
+// --- empty handles -------------------------------------------------------------------------------
 
 TEST_F(ZylAlgorithms, EmptyHandlesRaise) {
   const ZylAlgorithm none;

@@ -223,8 +223,7 @@ TEST_F(ZylRouting, TheEmancipatedHearNothingAndOutlive) {
   EXPECT_EQ(impl->getAlgorithms(), other);
 }
 
-// --- the changes themselves
-// -----------------------------------------------------------------------
+// --- the changes themselves ----------------------------------------------------------------------
 
 class ZylChanges : public EnvTest {};
 

@@ -551,8 +551,7 @@ TEST_F(ZylRemoval, SumsLoseTheirTermsAndNodesGo) {
   expectUsable();
 }
 
-// --- arrays
-// ---------------------------------------------------------------------------------------
+// --- arrays --------------------------------------------------------------------------------------
 
 class ZylExtractables : public EnvTest {};
 
@@ -601,8 +600,7 @@ TEST_F(ZylExtractables, LiteralTexts) {
   EXPECT_EQ(ZylNumVarArray(env, 3)[2].getImpl(), nullptr);
 }
 
-// --- base operations and visits
-// ---------------------------------------------------------------------
+// --- base operations and visits ------------------------------------------------------------------
 
 TEST_F(ZylExtractables, BareObjects) {
   auto* bare = new (impl) BareProbe(impl, nullptr);

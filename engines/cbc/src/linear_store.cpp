@@ -202,8 +202,7 @@ bool LinearStore::hasCrossedBounds() const noexcept {
                      [&](const auto& row) { return crossed(row->lower, row->upper); });
 }
 
-// --- synchronisation
-// ------------------------------------------------------------------------------
+// --- synchronisation -----------------------------------------------------------------------------
 
 void LinearStore::dropGone() {
   if (!_anyGone) return;
