@@ -5,7 +5,6 @@
 
 #include "vorlane/env/allocation_stack.h"   // IWYU pragma: export
 #include "vorlane/env/array.h"              // IWYU pragma: export
-#include "vorlane/env/clone_manager.h"      // IWYU pragma: export
 #include "vorlane/env/destroyable_list.h"   // IWYU pragma: export
 #include "vorlane/env/env_mutex.h"          // IWYU pragma: export
 #include "vorlane/env/environment.h"        // IWYU pragma: export
@@ -20,14 +19,11 @@
 #include "vorlane/env/null_stream.h"        // IWYU pragma: export
 #include "vorlane/env/number.h"             // IWYU pragma: export
 #include "vorlane/env/object.h"             // IWYU pragma: export
-#include "vorlane/env/plug_in.h"            // IWYU pragma: export
 #include "vorlane/env/property.h"           // IWYU pragma: export
-#include "vorlane/env/recycle_bin.h"        // IWYU pragma: export
 #include "vorlane/env/rtti.h"               // IWYU pragma: export
 #include "vorlane/env/simple_hash_table.h"  // IWYU pragma: export
 #include "vorlane/env/symbol.h"             // IWYU pragma: export
 #include "vorlane/env/timer.h"              // IWYU pragma: export
-#include "vorlane/env/typed_list.h"         // IWYU pragma: export
 #include "vorlane/env/types.h"              // IWYU pragma: export
 #include "vorlane/env/version.h"            // IWYU pragma: export
 

@@ -10,8 +10,11 @@
 #include "vorlane/expr/expression.h"        // IWYU pragma: export
 #include "vorlane/expr/functions.h"         // IWYU pragma: export
 #include "vorlane/expr/lin_term.h"          // IWYU pragma: export
+#include "vorlane/expr/multi_criterion.h"   // IWYU pragma: export
 #include "vorlane/expr/nodes.h"             // IWYU pragma: export
 #include "vorlane/expr/num_expr.h"          // IWYU pragma: export
+#include "vorlane/expr/objective.h"         // IWYU pragma: export
+#include "vorlane/expr/objective_change.h"  // IWYU pragma: export
 #include "vorlane/expr/operators.h"         // IWYU pragma: export
 #include "vorlane/expr/special_variable.h"  // IWYU pragma: export
 #include "vorlane/expr/var_array.h"         // IWYU pragma: export

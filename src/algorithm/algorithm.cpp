@@ -4,12 +4,12 @@
 #include <iostream>
 #include <optional>
 
-#include "env/walk.h"
+#include "common/walk.h"
 #include "vorlane/algorithm/model_evaluator.h"
 #include "vorlane/env/number.h"
-#include "vorlane/env/plug_in.h"
 #include "vorlane/expr/var_array.h"
 #include "vorlane/model/model.h"
+#include "vorlane/model/plug_in.h"
 
 using zyl::detail::allocateGlobal;
 using zyl::detail::releaseGlobal;
@@ -391,4 +391,9 @@ void ZylEnvI::emancipateAlgorithm(ZylAlgorithmI* algorithm) {
 void ZylEnvI::removeAlgorithm(ZylAlgorithmI* algorithm) {
   emancipateAlgorithm(algorithm);
   if (_plugIns != nullptr) _plugIns->removeAlgorithm(algorithm);
+}
+
+void ZylEnvI::deleteAlgorithms() {
+  while (_algorithms != nullptr) delete _algorithms;
+  _expander = nullptr;
 }

@@ -1,8 +1,8 @@
 #include "vorlane/algorithm/algorithm.h"
 
+#include "vorlane/expr/objective.h"
 #include "vorlane/expr/var_array.h"
 #include "vorlane/model/model.h"
-#include "vorlane/model/objective.h"
 
 // Clients tell the failures apart: which operation raises what on an empty handle is given.
 
@@ -146,4 +146,4 @@ void ZylAlgorithm::setError(std::ostream& stream) const {
 #define ZYL_HANDLE_CLASS ZylAlgorithm
 #define ZYL_HANDLE_OWNER owner()
 #define ZYL_HANDLE_NO_NAME "ZylAlgorithm: Using empty string"
-#include "env/property_operations.inc"
+#include "common/property_operations.inc"

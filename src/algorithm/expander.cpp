@@ -1,8 +1,8 @@
 #include "vorlane/algorithm/expander.h"
 
-#include <new>
-
+#include "common/part.h"
 #include "vorlane/algorithm/model_evaluator.h"
+#include "vorlane/model/clone_manager.h"
 
 ZylExpanderI::ZylExpanderI(ZylEnvI* env) : ZylAlgorithmI(env) {}
 
@@ -31,12 +31,30 @@ void ZylExpanderI::setEvaluator(ZylModelEvaluatorI* evaluator) {
   delete before;
 }
 
-ZylExpanderI* defaultExpander(ZylEnvI* env) {
-  void* block = zyl::detail::allocateGlobal(sizeof(ZylExpanderI));
-  try {
-    return ::new (block) ZylExpanderI(env);
-  } catch (...) {
-    zyl::detail::releaseGlobal(block);
-    throw;
+ZylExpanderI* defaultExpander(ZylEnvI* env) { return zyl::detail::makePart<ZylExpanderI>(env); }
+
+// --- what is asked of an environment's expander --------------------------------------------------
+
+void ZylEnvI::setDefaultFactories() noexcept {
+  _modelEvaluatorPop = &defaultModelEvaluator;
+  _expanderPop = &defaultExpander;
+}
+
+ZylExpanderI* ZylEnvI::getExpander() {
+  if (_expander == nullptr) _expander = _expanderPop(this);
+  return _expander;
+}
+
+ZylModelEvaluatorI* ZylEnvI::getModelEvaluator() { return getExpander()->getModelEvaluator(); }
+
+void ZylExtractableI::expandTo(ZylModelI* model, const char* first, const char* second) const {
+  _env->getExpander()->expand(model, this, first, second);
+}
+
+ZylExtractableI* ZylCloneManager::makeClone(const ZylExtractableI* object) {
+  if (_expander != nullptr) {
+    auto* original = const_cast<ZylExtractableI*>(object);  // NOLINT: only read
+    if (ZylExtractableI* clone = _expander->substitute(original)) return clone;
   }
+  return object->makeClone(_env);
 }

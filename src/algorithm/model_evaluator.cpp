@@ -1,9 +1,9 @@
 #include "vorlane/algorithm/model_evaluator.h"
 
 #include <algorithm>
-#include <new>
 #include <ostream>
 
+#include "common/part.h"
 #include "vorlane/env/number.h"
 #include "vorlane/expr/lin_term.h"
 #include "vorlane/expr/nodes.h"
@@ -170,11 +170,5 @@ ZylNumExpr ZylModelEvaluator::evaluateToNumExpr(const ZylNumExprArg& expr) const
 }
 
 ZylModelEvaluatorI* defaultModelEvaluator(ZylEnvI* env) {
-  void* block = zyl::detail::allocateGlobal(sizeof(ZylModelEvaluatorI));
-  try {
-    return ::new (block) ZylModelEvaluatorI(env);
-  } catch (...) {
-    zyl::detail::releaseGlobal(block);
-    throw;
-  }
+  return zyl::detail::makePart<ZylModelEvaluatorI>(env);
 }

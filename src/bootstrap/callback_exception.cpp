@@ -6,7 +6,7 @@
 #include "bootstrap/java_utils.h"
 #include "bootstrap/pending_exception.h"
 #include "bootstrap/trace.h"
-#include "jace/local_ref.h"
+#include "common/local_ref.h"
 #include "vorlane/bootstrap/launch.h"
 #include "vorlane/jace/exception.h"
 #include "vorlane/jace/helper.h"

@@ -9,7 +9,7 @@
 #include "bootstrap/modified_utf8.h"
 #include "bootstrap/pending_exception.h"
 #include "bootstrap/trace.h"
-#include "jace/local_ref.h"
+#include "common/local_ref.h"
 #include "vorlane/bootstrap/discovery.h"
 #include "vorlane/bootstrap/launch.h"
 #include "vorlane/bootstrap/message_handler.h"

@@ -8,7 +8,7 @@
 #include "bootstrap/pending_exception.h"
 #include "bootstrap/runtime_options.h"
 #include "bootstrap/trace.h"
-#include "jace/local_ref.h"
+#include "common/local_ref.h"
 #include "vorlane/bootstrap/launch.h"
 #include "vorlane/bootstrap/message_handler.h"
 #include "vorlane/jace/helper.h"

@@ -54,7 +54,7 @@ void ZylDataCollection::display(std::ostream& stream) const { checked(EmptyText)
 #define ZYL_HANDLE_CLASS ZylDataCollection
 #define ZYL_HANDLE_OWNER checked(EmptyText)
 #define ZYL_HANDLE_NO_NAME "ZylDataCollection: Using empty string"
-#include "env/property_operations.inc"
+#include "common/property_operations.inc"
 
 void ZylDataCollection::end() {
   delete _impl;

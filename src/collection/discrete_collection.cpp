@@ -1,7 +1,7 @@
 #include "vorlane/collection/discrete_collection.h"
 
 #include "collection/not_implemented.h"
-#include "env/property_check.h"
+#include "common/property_check.h"
 
 ZYL_TYPE_DEF(ZylDiscreteDataCollectionI, ZylDataCollectionI)
 

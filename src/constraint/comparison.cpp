@@ -2,8 +2,8 @@
 
 #include <ostream>
 
-#include "vorlane/algorithm/model_evaluator.h"
 #include "vorlane/env/number.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZylInvalidInequalityException::ZylInvalidInequalityException(const char* message)
@@ -58,14 +58,6 @@ void ZylBinaryNumConstraintI::visitSubExtractables(ZylExtractableVisitor* visito
   visitor->visitChildren(this, _left);
   visitor->visitChildren(this, _right);
   visitor->endVisit(this);
-}
-
-double ZylBinaryNumConstraintI::rightValue(ZylModelEvaluatorI* evaluator, double otherwise) const {
-  try {
-    return evaluator->evaluate(_right);
-  } catch (const ZylException&) {
-    return otherwise;
-  }
 }
 
 void ZylBinaryNumConstraintI::displayAs(std::ostream& stream, const char* relation) const {

@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "vorlane/algorithm/model_evaluator.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylConstraintI, ZylIntExprI)
@@ -29,26 +29,17 @@ void ZylConstraintI::whenRemovedFromCP(ZylAlgorithm algorithm, void* handle) con
   _removeFromCP(algorithm, this, handle);
 }
 
-double ZylConstraintI::eval(const ZylAlgorithm algorithm) const {
-  auto* self = const_cast<ZylConstraintI*>(this);  // NOLINT: evaluators take mutable objects
-  try {
-    ZylModelEvaluatorI* evaluator = _env->getModelEvaluator();
-    if (evaluator->isBound(this)) return evaluator->evaluate(static_cast<ZylNumExprI*>(self));
-  } catch (const ZylModelEvaluator::Unbound&) {
-    throw;
-  } catch (const ZylException&) {
-    // The evaluator cannot say: the algorithm is asked.
-  }
-  if (algorithm.getImpl() == nullptr) {
-    ZylRaiseWrongUsage("accessing ZylAlgorithm through 0 handle");
-  }
-  return algorithm.getImpl()->getValue(this);
-}
-
 ZylConstraint ZylConstraint::getClone(const ZylEnv& env) const {
   if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
   return ZylConstraint(
       static_cast<ZylConstraintI*>(env.getImpl()->getClone(checked("Using empty Handle"))));
+}
+
+bool ZylExtractable::isConstraint() const {
+  return checked()->isType(ZylConstraintI::GetTypeInfo());
+}
+ZylConstraint ZylExtractable::asConstraint() const {
+  return ZylConstraint(zyl::as<ZylConstraintI>(checked()));
 }
 
 ZylExtractableI* ZylConstConstraintI::makeClone(ZylEnvI* env) const {

@@ -4,7 +4,8 @@
 #include <ostream>
 
 #include "vorlane/constraint/for_all_change.h"
-#include "vorlane/env/recycle_bin.h"
+#include "vorlane/model/algorithm_handle.h"
+#include "vorlane/model/recycle_bin.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylGeneratorI, ZylExtractableI)

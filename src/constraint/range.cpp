@@ -2,8 +2,9 @@
 
 #include <ostream>
 
-#include "expr/own_linear.h"
+#include "common/own_linear.h"
 #include "vorlane/constraint/range_change.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylRangeI, ZylConstraintI)

@@ -1,4 +1,4 @@
-#include "expr/own_linear.h"
+#include "common/own_linear.h"
 #include "vorlane/constraint/range.h"
 #include "vorlane/constraint/range_change.h"
 

@@ -1,5 +1,7 @@
 #include "vorlane/constraint/range_change.h"
 
+#include "vorlane/model/algorithm_handle.h"
+
 ZYL_CHANGE_DEF(ZylSetRangeBounds, ZylChange)
 ZYL_CHANGE_DEF(ZylSetRangeArrayBounds, ZylChange)
 ZYL_CHANGE_DEF(ZylSetRangeCoef, ZylChange)

@@ -7,21 +7,17 @@
 #include <cstring>
 #include <iostream>
 
-#include "vorlane/algorithm/algorithm.h"
-#include "vorlane/algorithm/expander.h"
-#include "vorlane/algorithm/model_evaluator.h"
-#include "vorlane/env/clone_manager.h"
+#include "common/part.h"
+#include "vorlane/env/array.h"
 #include "vorlane/env/destroyable_list.h"
 #include "vorlane/env/hash_table.h"
 #include "vorlane/env/number.h"
-#include "vorlane/env/plug_in.h"
-#include "vorlane/env/recycle_bin.h"
 #include "vorlane/env/symbol.h"
-#include "vorlane/expr/domain_table.h"
-#include "vorlane/expr/lin_term.h"
 
 using zyl::detail::allocateGlobal;
+using zyl::detail::destroyPart;
 using zyl::detail::EnvLock;
+using zyl::detail::makePart;
 using zyl::detail::releaseGlobal;
 
 namespace {
@@ -35,24 +31,6 @@ constexpr long MarkCapacity = 2;
 constexpr long MarkHeader = 3;
 constexpr long MarkSlack = 1000;
 
-// An object of the global allocator; `T` is destroyed with plain delete.
-template <class T, class... Args>
-T* make(Args&&... args) {
-  void* block = allocateGlobal(sizeof(T));
-  try {
-    return ::new (block) T(std::forward<Args>(args)...);
-  } catch (...) {
-    releaseGlobal(block);
-    throw;
-  }
-}
-
-template <class T>
-void destroyPart(T*& part) {
-  delete part;
-  part = nullptr;
-}
-
 }  // namespace
 
 ZylEnv::AbortException::AbortException() : ZylException("ZylEnv has been requested to abort.") {}
@@ -60,7 +38,7 @@ ZylEnv::AbortException::AbortException() : ZylException("ZylEnv has been request
 ZylEnv::IncompatibleMemoryManagerException::IncompatibleMemoryManagerException()
     : ZylException("Incompatible memory manager") {}
 
-ZylEnv::ZylEnv() : _impl(make<ZylEnvI>()) {}
+ZylEnv::ZylEnv() : _impl(makePart<ZylEnvI>()) {}
 
 ZylEnv::ZylEnv(const ZylMemoryManager& manager) : _impl(ZylGetEnv(manager)) {
   if (_impl == nullptr) throw IncompatibleMemoryManagerException();
@@ -72,8 +50,7 @@ ZylEnvI::ZylEnvI()
       _warning(&std::cerr), _error(&std::cerr), _nullStream(&_nullBuf), _timer(ZylMemoryManager()) {
   clearFields();
   _version = "@(#)Vorlane library 12.3.0.0 (2010-07-01)";
-  _modelEvaluatorPop = &defaultModelEvaluator;
-  _expanderPop = &defaultExpander;
+  setDefaultFactories();
   ZylInitGlobals();
   if (_useMemoryManager != 0) _flags |= MemoryManagerFlag;
   _timer.start();
@@ -121,18 +98,13 @@ void ZylEnvI::clearFields() noexcept {
 }
 
 void ZylEnvI::makeParts() {
-  _alloc = make<ZylVorlaneAlloc>(this);
-  _cloneManager = make<ZylCloneManager>(this);
-  _destroyables = make<ZylDestroyableList>(this, 1, &ZylDestroyableList::HashPointer,
-                                           &ZylDestroyableList::ComparePointers);
+  _alloc = makePart<ZylVorlaneAlloc>(this);
+  _destroyables = makePart<ZylDestroyableList>(this, 1, &ZylDestroyableList::HashPointer,
+                                               &ZylDestroyableList::ComparePointers);
   _symbolTable = new (_alloc) ZylSymbolTable(ZylMemoryManager(_alloc), TableBuckets);
-  _idManager = make<ZylIdManager>(&_memory);
-  _plugIns = make<ZylPlugInManager>(this);
-  _termSize = sizeof(ZylNumLinExprTermI);
-  _termAllocator = make<ZylFixedSizeAllocatorI>(_termSize);
-  if (_useMemoryManager == 0) _termAllocator->setUseIt(0);
-  _intSharedDomains = new (_alloc) ZylIntSharedDomainHash(this, TableBuckets);
-  _numSharedDomains = new (_alloc) ZylNumSharedDomainHash(this, TableBuckets);
+  _idManager = makePart<ZylIdManager>(&_memory);
+  makeModelParts();
+  makeExprParts();
   _decisionExprMap = new (_alloc) ZylAny2BoolHashTable(_alloc, TableBuckets);
 }
 
@@ -156,8 +128,7 @@ void ZylEnvI::end() {
   destroyPart(_destroyables);
   _tearingDown = 0;
 
-  while (_algorithms != nullptr) delete _algorithms;
-  _expander = nullptr;
+  deleteAlgorithms();
   _typedLists.end(this);
   unsetDeleter();
   if (_useMemoryManager == 0) deleteLiveObjects();
@@ -169,32 +140,15 @@ void ZylEnvI::releaseParts() noexcept {
   if (_idManager != nullptr) _idManager->end();
   destroyPart(_emptySharedDeletedArray);
   destroyPart(_decisionExprMap);
-  destroyPart(_intSharedDomains);
-  destroyPart(_numSharedDomains);
-  _tearingDown = 1;
-  destroyPart(_plugIns);
-  _tearingDown = 0;
+  releaseExprParts();
+  releaseModelParts();
   destroyPart(_destroyables);
   destroyPart(_idManager);
-  destroyPart(_cloneManager);
   destroyPart(_symbolTable);
   destroyPart(_termAllocator);
   destroyPart(_alloc);
   destroyPart(_mutex);
   freeMarks();
-}
-
-// With the pools off, each object that still lives is a block of its own and gets its destructor.
-void ZylEnvI::deleteLiveObjects() {
-  _tearingDown = 1;
-  for (long id = 0; id < _idManager->getMaxId(); ++id) {
-    ZylExtractableI* object = _idManager->getLive(id);
-    if (object == nullptr) continue;
-    _idManager->freeId(id);
-    object->_id = -1;
-    delete object;
-  }
-  _tearingDown = 0;
 }
 
 // --- memory --------------------------------------------------------------------------------------
@@ -233,7 +187,7 @@ void ZylEnvI::useMTSafeAllocation(long use) {
   if (_mtSafeAllocation == 0 && use != 0) {
     if (_localEnv != nullptr) throw ZylNotSupportedOperation();
     if (_mutex == nullptr) _mutex = ZylMakeEnvMutex();
-    _mtLocalEnv = make<ZylMTSafeLocalEnvI>(this, _localEnv);
+    _mtLocalEnv = makePart<ZylMTSafeLocalEnvI>(this, _localEnv);
     _localEnv = _mtLocalEnv;
   } else if (_mtSafeAllocation != 0 && use == 0) {
     // A client may have put another one in its place.
@@ -241,23 +195,6 @@ void ZylEnvI::useMTSafeAllocation(long use) {
     destroyPart(_mtLocalEnv);
   }
   _mtSafeAllocation = use;
-}
-
-// Terms stay with their pool while allocation is locked: they may be given back when it no longer
-// is. Another local environment serves them as everything else.
-void* ZylEnvI::allocLocalTerm() {
-  if (_localEnv != _mtLocalEnv) return _localEnv->alloc(sizeof(ZylNumLinExprTermI));
-  const zyl::detail::EnvLock lock(_mutex);
-  return _termAllocator->alloc(&_memory);
-}
-
-void ZylEnvI::freeLocalTerm(void* term) {
-  if (_localEnv != _mtLocalEnv) {
-    _localEnv->free(term, sizeof(ZylNumLinExprTermI));
-    return;
-  }
-  const zyl::detail::EnvLock lock(_mutex);
-  _termAllocator->free(term);
 }
 
 // --- marks ---------------------------------------------------------------------------------------
@@ -354,13 +291,6 @@ void ZylEnvI::removeDestroyable(ZylDestroyableI* object) {
 void ZylEnvI::printTime() const {
   *_out << "Elapsed time since creation : " << getTime() << std::endl;
 }
-
-ZylExpanderI* ZylEnvI::getExpander() {
-  if (_expander == nullptr) _expander = _expanderPop(this);
-  return _expander;
-}
-
-ZylModelEvaluatorI* ZylEnvI::getModelEvaluator() { return getExpander()->getModelEvaluator(); }
 
 ZylKvlDisplayI::~ZylKvlDisplayI() = default;
 

@@ -1,4 +1,4 @@
-#include "env/property_check.h"
+#include "common/property_check.h"
 #include "vorlane/env/environment.h"
 
 namespace {
@@ -19,4 +19,4 @@ ZylNamedPropertyI* ZylEnv::getPropertyI(const char* name) const {
 #define ZYL_HANDLE_CLASS ZylEnv
 #define ZYL_HANDLE_OWNER owner(*this)
 #define ZYL_HANDLE_NO_NAME NoName
-#include "env/property_operations.inc"
+#include "common/property_operations.inc"

@@ -2,8 +2,8 @@
 
 #include <ostream>
 
-#include "expr/list_display.h"
-#include "vorlane/algorithm/algorithm.h"
+#include "common/list_display.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylConversionI, ZylExtractableI)

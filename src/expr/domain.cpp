@@ -4,7 +4,7 @@
 #include <cmath>
 #include <ostream>
 
-#include "expr/list_display.h"
+#include "common/list_display.h"
 #include "vorlane/env/number.h"
 
 ZylVarDomainI::~ZylVarDomainI() = default;

@@ -1,6 +1,6 @@
 #include "vorlane/expr/expr_array.h"
 
-#include "expr/build.h"
+#include "common/build.h"
 #include "vorlane/expr/nodes.h"
 #include "vorlane/expr/var_array.h"
 

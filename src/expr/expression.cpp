@@ -1,6 +1,6 @@
 #include "vorlane/expr/expression.h"
 
-#include "expr/build.h"
+#include "common/build.h"
 #include "vorlane/expr/operators.h"
 #include "vorlane/expr/var_array.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "expr/build.h"
+#include "common/build.h"
 #include "vorlane/expr/nodes.h"
 
 ZylInvalidScalProdArraysException::ZylInvalidScalProdArraysException(const char* message)

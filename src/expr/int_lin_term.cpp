@@ -1,8 +1,8 @@
-#include "expr/build.h"
+#include "common/build.h"
 #include "expr/linear_node.h"
-#include "vorlane/algorithm/algorithm.h"
 #include "vorlane/expr/lin_term.h"
 #include "vorlane/expr/operators.h"
+#include "vorlane/model/algorithm_handle.h"
 
 ZYL_TYPE_DEF(ZylIntLinTermI, ZylIntExprI)
 ZYL_CP_HOOKS_DEF(ZylIntLinTermI)

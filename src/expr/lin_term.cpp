@@ -3,14 +3,13 @@
 #include <exception>
 #include <utility>
 
-#include "expr/build.h"
+#include "common/build.h"
+#include "common/own_linear.h"
 #include "expr/linear_node.h"
-#include "expr/own_linear.h"
-#include "vorlane/algorithm/algorithm.h"
-#include "vorlane/algorithm/model_evaluator.h"
 #include "vorlane/env/number.h"
 #include "vorlane/expr/operators.h"
 #include "vorlane/expr/var_array.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylNumLinTermI, ZylNumExprI)
@@ -299,44 +298,6 @@ long ZylNumLinTermI::normalizeTerms() {
   }
   const EnvLock lock(_env->getMutex());
   return mergeTerms(_env, &_terms, VariableMarks());
-}
-
-namespace {
-// What the evaluator can express of a part; nothing where it does not serve the operation, as the
-// library's own does not.
-ZylNumExpr knownForm(ZylModelEvaluatorI* evaluator, const ZylNumExprArg& part) {
-  try {
-    return evaluator->evaluateToNumExpr(part);
-  } catch (const ZylWrongUsage&) {
-    return ZylNumExpr();
-  }
-}
-}  // namespace
-
-void ZylNumLinTermI::kvlNormalization() {
-  if (_items.isEmpty()) return;
-  const EnvLock lock(_env->getMutex());
-  ZylModelEvaluatorI* evaluator = _env->getModelEvaluator();
-  ZylNumExpr folded(ZylEnv(_env), 0.0);
-  try {
-    for (const ZylLinExprNonLinearItem* item = _items._head; item != nullptr; item = item->_next) {
-      const ZylNumExprArg part(item->_expr);
-      ZylNumExpr known = knownForm(evaluator, part);
-      if (known.getImpl() == nullptr) {
-        folded += part;
-        continue;
-      }
-      folded += known;
-      known.end();
-    }
-  } catch (...) {
-    folded.end();
-    throw;
-  }
-  // What was not folded is held by the new sum now; this one gives up its own references.
-  ItemList items = std::exchange(_items, ItemList());
-  append(static_cast<ZylNumLinTermI*>(folded.getImpl()));
-  items.clear(_env);
 }
 
 bool ZylNumLinTermI::containsAggregate() {

@@ -8,11 +8,11 @@
 
 #include <ostream>
 
-#include "expr/build.h"
-#include "expr/list_display.h"
-#include "vorlane/algorithm/algorithm.h"
+#include "common/build.h"
+#include "common/list_display.h"
 #include "vorlane/env/number.h"
 #include "vorlane/expr/nodes.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 namespace zyl::detail {

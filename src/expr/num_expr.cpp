@@ -3,11 +3,11 @@
 #include <optional>
 #include <ostream>
 
-#include "expr/build.h"
-#include "vorlane/algorithm/algorithm.h"
-#include "vorlane/env/recycle_bin.h"
+#include "common/build.h"
 #include "vorlane/expr/expression.h"
 #include "vorlane/expr/operators.h"
+#include "vorlane/model/algorithm_handle.h"
+#include "vorlane/model/recycle_bin.h"
 
 ZYL_TYPE_DEF(ZylNumExprI, ZylExtractableI)
 ZYL_CP_HOOKS_DEF(ZylNumExprI)
@@ -105,6 +105,15 @@ ZylNumExprArg::ZylNumExprArg(const ZylIntLinExprTerm& term)
     : ZylExtractable(new (term.getEnvI()) ZylIntLinTermI(term)) {}
 
 ZylIntExprArg::ZylIntExprArg(const ZylIntLinExprTerm& term) : ZylNumExprArg(term) {}
+
+bool ZylExtractable::isNumExpr() const { return checked()->isType(ZylNumExprI::GetTypeInfo()); }
+bool ZylExtractable::isIntExpr() const { return checked()->isType(ZylIntExprI::GetTypeInfo()); }
+ZylNumExprArg ZylExtractable::asNumExpr() const {
+  return ZylNumExprArg(zyl::as<ZylNumExprI>(checked()));
+}
+ZylIntExprArg ZylExtractable::asIntExpr() const {
+  return ZylIntExprArg(zyl::as<ZylIntExprI>(checked()));
+}
 
 bool ZylNumExprArg::isConstant() const {
   const ZylNumExprI* expr = checkedExpr(getImpl());

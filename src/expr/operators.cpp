@@ -1,6 +1,6 @@
 #include "vorlane/expr/operators.h"
 
-#include "expr/build.h"
+#include "common/build.h"
 #include "vorlane/env/number.h"
 #include "vorlane/expr/nodes.h"
 

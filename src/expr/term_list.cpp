@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "vorlane/algorithm/algorithm.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/extractable_array.h"
 #include "vorlane/model/visitor.h"
 

@@ -4,14 +4,13 @@
 #include <cmath>
 #include <ostream>
 
-#include "vorlane/algorithm/algorithm.h"
-#include "vorlane/algorithm/model_evaluator.h"
 #include "vorlane/collection/range.h"
 #include "vorlane/env/number.h"
 #include "vorlane/env/property.h"
 #include "vorlane/expr/domain.h"
 #include "vorlane/expr/lin_term.h"
 #include "vorlane/expr/variable_change.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylNumVarI, ZylIntExprI)
@@ -203,19 +202,11 @@ bool ZylNumVarI::isInteger() const {
   return _domain != nullptr && _domain->getType() != zyl::Float;
 }
 
-double ZylNumVarI::eval(const ZylAlgorithm algorithm) const {
-  auto* self = const_cast<ZylNumVarI*>(this);  // NOLINT: handles are mutable
-  try {
-    return algorithm.getValue(ZylNumVar(self));
-  } catch (const ZylException&) {
-    try {
-      ZylModelEvaluatorI* evaluator = _env->getModelEvaluator();
-      if (evaluator->isBound(this)) return evaluator->evaluate(static_cast<ZylNumExprI*>(self));
-    } catch (const ZylException&) {
-      // The evaluator cannot help: the algorithm's own failure says why there is no value.
-    }
-    throw;
-  }
+// --- what others ask of variables
+// -----------------------------------------------------------------
+
+void ZylFindDecisionVar::beginVisit(ZylExtractableI* object) {
+  if (object->isType(ZylNumVarI::GetTypeInfo())) _result = 1;
 }
 
 // --- bounds --------------------------------------------------------------------------------------

@@ -1,7 +1,6 @@
 #include <cmath>
 
 #include "vorlane/collection/range.h"
-#include "vorlane/constraint/constraint.h"
 #include "vorlane/env/number.h"
 #include "vorlane/env/property.h"
 #include "vorlane/expr/domain.h"
@@ -67,12 +66,6 @@ ZylNumVar::ZylNumVar(const ZylNumRange& range, const char* name) {
 ZylNumVar::ZylNumVar(const ZylEnv& env, const ZylNumArray& values, Type type, const char* name)
     : ZylNumExprArg(makeOnValues(env, values, type, name)) {}
 
-ZylNumVar::ZylNumVar(const ZylConstraint& constraint) {
-  if (constraint.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  ZylEnvI* env = constraint.getImpl()->getEnv();
-  _impl = new (env) ZylConstraintIndVarI(env, constraint.getImpl());
-}
-
 double ZylNumVar::getLB() const { return checked(NumText)->getLB(); }
 double ZylNumVar::getUB() const { return checked(NumText)->getUB(); }
 void ZylNumVar::setLB(double lower) const { checked(NumText)->setLB(lower); }
@@ -97,6 +90,9 @@ void ZylNumVar::setPossibleValues(const ZylNumArray& values) const {
 ZylNumVar ZylNumVar::getClone(const ZylEnv& env) const {
   return ZylNumVar(static_cast<ZylNumVarI*>(checkedEnv(env)->getClone(checked(NumText))));
 }
+
+bool ZylExtractable::isVariable() const { return checked()->isType(ZylNumVarI::GetTypeInfo()); }
+ZylNumVar ZylExtractable::asVariable() const { return ZylNumVar(zyl::as<ZylNumVarI>(checked())); }
 
 // --- ZylIntVar -----------------------------------------------------------------------------------
 

@@ -6,7 +6,7 @@
 #include <iostream>
 #include <string>
 
-#include "jace/local_ref.h"
+#include "common/local_ref.h"
 #include "jace/only_jni_exception.h"
 #include "vorlane/jace/helper.h"
 

@@ -1,15 +1,13 @@
 #include "vorlane/model/change.h"
 
-#include "vorlane/algorithm/algorithm.h"
-#include "vorlane/env/plug_in.h"
-#include "vorlane/expr/variable.h"
+#include "vorlane/model/algorithm_handle.h"
+#include "vorlane/model/plug_in.h"
 
 ZYL_TYPE_DEF(ZylChange, ZylRtti)
 ZYL_CHANGE_DEF(ZylDestroyExtractable, ZylChange)
 ZYL_CHANGE_DEF(ZylDestroyExtractableArray, ZylChange)
 ZYL_CHANGE_DEF(ZylRemoveFromAllChange, ZylChange)
 ZYL_TYPE_DEF(ZylAddExtractable, ZylChange)
-ZYL_TYPE_DEF(ZylAddNumVar, ZylAddExtractable)
 
 ZYL_CHANGE_VISITS_NOTHING(ZylDestroyExtractable)
 ZYL_CHANGE_VISITS_NOTHING(ZylDestroyExtractableArray)
@@ -88,8 +86,4 @@ void ZylAddExtractable::install(ZylExtractableI* object) {
     link->_next = nullptr;
     link = next;
   }
-}
-
-ZylNumVarI* ZylAddNumVar::getVarI() const noexcept {
-  return const_cast<ZylNumVarI*>(static_cast<const ZylNumVarI*>(_obj));  // NOLINT: handed out
 }

@@ -2,14 +2,9 @@
 
 #include <ostream>
 
-#include "env/life_watch.h"
-#include "vorlane/algorithm/algorithm.h"
-#include "vorlane/algorithm/expander.h"
-#include "vorlane/constraint/constraint.h"
+#include "model/life_watch.h"
 #include "vorlane/env/hash_table.h"
-#include "vorlane/expr/variable.h"
-#include "vorlane/model/model.h"
-#include "vorlane/model/objective.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylExtractableI, ZylRttiEnvObjectI)
@@ -69,10 +64,6 @@ void ZylExtractableI::end() {
   if (_id != -1) _env->removeFromAllAndDestroy(this, 0);
 }
 
-void ZylExtractableI::expandTo(ZylModelI* model, const char* first, const char* second) const {
-  _env->getExpander()->expand(model, this, first, second);
-}
-
 void ZylExtractableI::display(std::ostream& stream) const {
   stream << "ZylExtractable unknow" << _id << std::endl;
 }
@@ -119,30 +110,6 @@ ZylExtractable::NoCloneMechanismException::NoCloneMechanismException(
 void ZylExtractable::NoCloneMechanismException::print(std::ostream& stream) const {
   stream << "Extractable with id " << _extractable->getId() << " do not have clone mechanism";
 }
-
-bool ZylExtractable::isNumExpr() const { return checked()->isType(ZylNumExprI::GetTypeInfo()); }
-bool ZylExtractable::isIntExpr() const { return checked()->isType(ZylIntExprI::GetTypeInfo()); }
-bool ZylExtractable::isConstraint() const {
-  return checked()->isType(ZylConstraintI::GetTypeInfo());
-}
-bool ZylExtractable::isObjective() const { return checked()->isType(ZylObjectiveI::GetTypeInfo()); }
-bool ZylExtractable::isModel() const { return checked()->isType(ZylModelI::GetTypeInfo()); }
-bool ZylExtractable::isVariable() const { return checked()->isType(ZylNumVarI::GetTypeInfo()); }
-
-ZylNumExprArg ZylExtractable::asNumExpr() const {
-  return ZylNumExprArg(zyl::as<ZylNumExprI>(checked()));
-}
-ZylIntExprArg ZylExtractable::asIntExpr() const {
-  return ZylIntExprArg(zyl::as<ZylIntExprI>(checked()));
-}
-ZylConstraint ZylExtractable::asConstraint() const {
-  return ZylConstraint(zyl::as<ZylConstraintI>(checked()));
-}
-ZylObjective ZylExtractable::asObjective() const {
-  return ZylObjective(zyl::as<ZylObjectiveI>(checked()));
-}
-ZylModel ZylExtractable::asModel() const { return ZylModel(zyl::as<ZylModelI>(checked())); }
-ZylNumVar ZylExtractable::asVariable() const { return ZylNumVar(zyl::as<ZylNumVarI>(checked())); }
 
 ZylEnv ZylExtractable::getEnv() const { return ZylEnv(checked()->getEnv()); }
 long ZylExtractable::getId() const { return checked()->getId(); }

@@ -3,4 +3,4 @@
 #define ZYL_HANDLE_CLASS ZylExtractable
 #define ZYL_HANDLE_OWNER checked()
 #define ZYL_HANDLE_NO_NAME "Using empty Handle"
-#include "env/property_operations.inc"
+#include "common/property_operations.inc"

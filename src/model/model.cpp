@@ -2,8 +2,8 @@
 
 #include <ostream>
 
-#include "expr/build.h"
-#include "vorlane/algorithm/algorithm.h"
+#include "common/unfinished.h"
+#include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylModelI, ZylExtractableI)
@@ -152,6 +152,9 @@ ZylModel ZylModel::getClone(const ZylEnv& env) const {
 
 ZylModel::Iterator::Iterator(const ZylModel& model)
     : _cells(model.checked("Using empty Handle")->getElements()) {}
+
+bool ZylExtractable::isModel() const { return checked()->isType(ZylModelI::GetTypeInfo()); }
+ZylModel ZylExtractable::asModel() const { return ZylModel(zyl::as<ZylModelI>(checked())); }
 
 // --- changes -------------------------------------------------------------------------------------
 

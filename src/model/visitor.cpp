@@ -1,6 +1,5 @@
 #include "vorlane/model/visitor.h"
 
-#include "vorlane/expr/variable.h"
 #include "vorlane/model/extractable_array.h"
 
 ZylExtractableVisitor::~ZylExtractableVisitor() = default;
@@ -37,10 +36,6 @@ void ZylFindVisitor::visitChildren(ZylExtractableI* parent, ZylExtractableArray 
 // A find is final: what is visited after it must not undo it.
 void ZylFindNongroundTerm::beginVisit(ZylExtractableI* object) {
   if (_result == 0) _result = object->hasNongroundType() ? 1 : 0;
-}
-
-void ZylFindDecisionVar::beginVisit(ZylExtractableI* object) {
-  if (object->isType(ZylNumVarI::GetTypeInfo())) _result = 1;
 }
 
 void ZylFindAggregate::beginVisit(ZylExtractableI* object) {

@@ -11,8 +11,8 @@
 
 #include "vorlane/algorithm.h"
 #include "vorlane/env/local_env.h"
-#include "vorlane/env/plug_in.h"
 #include "vorlane/model/model.h"
+#include "vorlane/model/plug_in.h"
 
 namespace zyl::test {
 

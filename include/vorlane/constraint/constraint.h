@@ -3,7 +3,6 @@
 #ifndef ZYL_CONSTRAINT_CONSTRAINT_H
 #define ZYL_CONSTRAINT_CONSTRAINT_H
 
-#include "vorlane/algorithm/algorithm.h"
 #include "vorlane/expr/num_expr.h"
 #include "vorlane/model/extractable_array.h"
 

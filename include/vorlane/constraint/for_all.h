@@ -6,6 +6,8 @@
 #include "vorlane/constraint/constraint.h"
 #include "vorlane/model/extractable_list.h"
 
+class ZylNumVarArray;
+
 /// An iteration variable over a data collection, with filters. Counted as expressions are. Concrete
 /// generators belong to a data layer; the library has none.
 class ZYL_EXPORT ZylGeneratorI : public ZylExtractableI {

@@ -5,6 +5,7 @@
 
 #include "vorlane/constraint/for_all.h"
 #include "vorlane/expr/var_array.h"
+#include "vorlane/model/change.h"
 
 namespace zyl::detail {
 /// What these changes share: the range; what has changed is the quantified constraint.

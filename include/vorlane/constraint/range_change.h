@@ -4,6 +4,7 @@
 #define ZYL_CONSTRAINT_RANGE_CHANGE_H
 
 #include "vorlane/constraint/range.h"
+#include "vorlane/expr/variable_change.h"
 
 /// The bounds of a range were set.
 class ZYL_EXPORT ZylSetRangeBounds final : public ZylChange {

@@ -326,6 +326,16 @@ class ZYL_EXPORT ZylEnvI {
   void clearFields() noexcept;
   void makeParts();
   void releaseParts() noexcept;
+  // Parts whose classes stand above this one: each floor makes and gives back its own.
+  void makeModelParts();
+  void releaseModelParts() noexcept;
+  void makeExprParts();
+  void releaseExprParts() noexcept;
+  void setDefaultFactories() noexcept;
+  void deleteAlgorithms();
+  // The way of a change through the algorithms: all of them, or those that have extracted `object`.
+  void tellAlgorithms(const ZylChange& change, const ZylExtractableI* object);
+  void tellAlgorithms(const ZylChange& change);
   void runBatches(DyingArray* listed = nullptr);
   void destroyBatch(DyingArray* listed);
   void scanForDependants(long maxId);

@@ -185,7 +185,7 @@ struct ZYL_EXPORT Extended {
                                                                                               \
  private:
 
-// The same operations of the handle of an owner; `env/property_operations.inc` defines them.
+// The same operations of the handle of an owner; `common/property_operations.inc` defines them.
 #define ZYL_PROPERTY_OPERATIONS                                      \
   const char* getName() const;                                       \
   void setName(const char* name) const;                              \

@@ -1,4 +1,4 @@
-// Variables with more than a domain: semi-continuous ones, and those that indicate a constraint.
+// Variables with more than a domain: semi-continuous ones.
 
 #ifndef ZYL_EXPR_SPECIAL_VARIABLE_H
 #define ZYL_EXPR_SPECIAL_VARIABLE_H
@@ -25,23 +25,6 @@ class ZYL_EXPORT ZylSemiContVarI final : public ZylNumVarI {
  private:
   ZylSemiContVarI(ZylEnvI* env, double threshold);
   double _threshold;
-};
-
-/// A variable of 0 and 1 that says whether a constraint holds. Goes with the constraint.
-class ZYL_EXPORT ZylConstraintIndVarI final : public ZylNumVarI {
-  ZYL_TYPE(ZylConstraintIndVarI, ZylNumVarI)
-  ZYL_CP_HOOKS(ZylConstraintIndVarI)
- public:
-  ZylConstraintIndVarI(ZylEnvI* env, ZylConstraintI* constraint);
-
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void atRemove(ZylExtractableI* removed, void* extra) override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
-  void display(std::ostream& stream) const override;
-  ZylConstraintI* getConstraintI() const noexcept { return _constraint; }
-
- private:
-  ZylConstraintI* _constraint;
 };
 
 /// Handle of a semi-continuous variable.

@@ -92,4 +92,15 @@ class ZYL_EXPORT ZylConversionRemoveVar final : public ZylChange {
   ZylConversionI* _conversion;
 };
 
+/// The family of entries for a new numeric variable.
+class ZYL_EXPORT ZylAddNumVar : public ZylAddExtractable {
+  ZYL_TYPE_ONLY(ZylAddNumVar, ZylAddExtractable)
+ public:
+  /// The new variable, null until `setObj`.
+  ZylNumVarI* getVarI() const noexcept;
+
+ protected:
+  ZylAddNumVar() = default;
+};
+
 #endif

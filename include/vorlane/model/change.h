@@ -53,7 +53,7 @@ namespace zyl::detail {
                                                                                       \
  private:
 
-// In the class's source, which includes algorithm/algorithm.h.
+// In the class's source, which includes model/algorithm_handle.h.
 #define ZYL_CHANGE_DEF(Class, Base)                                     \
   ZYL_TYPE_DEF(Class, Base)                                             \
   void (*Class::_applyCP)(ZylAlgorithm, const Class*, void*) = nullptr; \
@@ -145,17 +145,6 @@ class ZYL_EXPORT ZylAddExtractable : public ZylChange {
   ZylAddExtractable() = default;
   ZylAddExtractable* _next = nullptr;
   const ZylExtractableI* _obj = nullptr;
-};
-
-/// The family of entries for a new numeric variable.
-class ZYL_EXPORT ZylAddNumVar : public ZylAddExtractable {
-  ZYL_TYPE_ONLY(ZylAddNumVar, ZylAddExtractable)
- public:
-  /// The new variable, null until `setObj`.
-  ZylNumVarI* getVarI() const noexcept;
-
- protected:
-  ZylAddNumVar() = default;
 };
 
 #endif

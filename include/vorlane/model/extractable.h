@@ -39,7 +39,7 @@ namespace zyl::detail {
                                                                                           \
  private:
 
-// In the class's source, which includes algorithm/algorithm.h.
+// In the class's source, which includes model/algorithm_handle.h.
 #define ZYL_CP_HOOKS_DEF(Class)                                             \
   void* (*Class::_extractCP)(ZylAlgorithm, const Class*) = nullptr;         \
   void (*Class::_unextractCP)(ZylAlgorithm, const Class*, void*) = nullptr; \
