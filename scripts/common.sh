@@ -7,7 +7,7 @@ jobs=$(nproc)
 build_packages=(g++ cmake ninja-build pkg-config default-jdk-headless
   coinor-libcbc-dev coinor-libclp-dev coinor-libosi-dev coinor-libcoinutils-dev coinor-libcgl-dev)
 test_packages=(libgtest-dev libgmock-dev)
-ci_packages=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev doxygen)
+ci_packages=(clang clang-format libclang-rt-14-dev clang-tidy libbenchmark-dev doxygen python3)
 
 # Installs the Debian packages given that are not there yet.
 need_packages() {
