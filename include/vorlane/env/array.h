@@ -116,6 +116,9 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
 
 namespace zyl::detail {
 
+template <class T>
+concept Number = std::is_arithmetic_v<T>;
+
 // What all array handles share. `Derived::EmptyText()` is the class's text for an empty handle.
 template <class Derived, class T>
 class ArrayHandle {
@@ -255,8 +258,6 @@ class ZYL_EXPORT ZylBoolArray : public ZylIntArray {
 /// An array of doubles.
 class ZYL_EXPORT ZylNumArray : public zyl::detail::ArrayHandle<ZylNumArray, double> {
   using Base = zyl::detail::ArrayHandle<ZylNumArray, double>;
-  template <class T>
-  static constexpr bool IsNumber = std::is_arithmetic_v<T>;
 
  public:
   static const char* EmptyText() { return "Using empty ZylNumArray handle."; }
@@ -269,10 +270,8 @@ class ZYL_EXPORT ZylNumArray : public zyl::detail::ArrayHandle<ZylNumArray, doub
   /// The array of one value. Raises `ZylWrongUsage` unless n is 1.
   ZylNumArray(const ZylEnv& env, long n, double value);
   /// The array of the values given. Raises `ZylWrongUsage` if n is below 2.
-  template <class First, class Second, class... Rest>
-  requires(IsNumber<First>&& IsNumber<Second> && (IsNumber<Rest> && ...))
-      ZylNumArray(const ZylEnv& env, long n, First first, Second second, Rest... rest)
-      : Base(env, 0) {
+  template <zyl::detail::Number First, zyl::detail::Number Second, zyl::detail::Number... Rest>
+  ZylNumArray(const ZylEnv& env, long n, First first, Second second, Rest... rest) : Base(env, 0) {
     checkLiteral(n);
     fill(n, first, second, rest...);
   }
@@ -302,10 +301,8 @@ class ZYL_EXPORT ZylAnyArray : public zyl::detail::ArrayHandle<ZylAnyArray, void
   explicit ZylAnyArray(ZylArrayI* impl) noexcept : Base(impl) {}
   explicit ZylAnyArray(const ZylEnv& env, long n = 0) : Base(env, n) {}
   ZylAnyArray(const ZylEnv& env, long n, void* value);
-  template <class... Rest>
-  requires(std::convertible_to<Rest, void*>&&...)
-      ZylAnyArray(const ZylEnv& env, long n, void* first, void* second, Rest... rest)
-      : Base(env, 0) {
+  template <std::convertible_to<void*>... Rest>
+  ZylAnyArray(const ZylEnv& env, long n, void* first, void* second, Rest... rest) : Base(env, 0) {
     checkLiteral(n);
     fill(n, first, second, rest...);
   }

@@ -51,10 +51,8 @@ class ZYL_EXPORT ZylExprArray : public zyl::detail::HandleArray<ZylExprArray, Zy
   /// An array of `n` empty handles.
   explicit ZylExprArray(const ZylEnv& env, long n = 0) : Family(env, n) {}
   /// The array of the expressions given. Raises `ZylWrongUsage` if `n` is not their number.
-  template <class... Rest>
-  requires(std::convertible_to<Rest, ZylExpr>&&...)
-      ZylExprArray(const ZylEnv& env, long n, ZylExpr first, Rest&&... rest)
-      : Family(env) {
+  template <std::convertible_to<ZylExpr>... Rest>
+  ZylExprArray(const ZylEnv& env, long n, ZylExpr first, Rest&&... rest) : Family(env) {
     constexpr long Count = 1 + static_cast<long>(sizeof...(rest));
     if (n != Count) {
       end();

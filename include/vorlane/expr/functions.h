@@ -33,9 +33,10 @@ template <class T>
 concept IntArrayOperand = std::derived_from<T, ZylIntArray>;
 template <class T>
 concept NumberArrayOperand = IntArrayOperand<T> || std::derived_from<T, ZylNumArray>;
+template <class T>
+concept IntElementsOperand = IntExprArrayOperand<T> || IntArrayOperand<T>;
 template <class A, class B>
-concept IntArrayPair = (IntExprArrayOperand<A> || IntArrayOperand<A>)&&(IntExprArrayOperand<B> ||
-                                                                        IntArrayOperand<B>);
+concept IntArrayPair = IntElementsOperand<A> && IntElementsOperand<B>;
 template <class A, class B>
 concept ScalProdPair = (NumberArrayOperand<A> && NumberArrayOperand<B>) ||
                        (VarArrayOperand<A> && NumberArrayOperand<B>) ||

@@ -53,37 +53,37 @@ consteval int classify() {
 template <class T>
 inline constexpr int KindOf = classify<std::remove_cvref_t<T>>();
 
+template <class T, int... Kinds>
+concept OfKind = ((KindOf<T> == Kinds) || ...);
+
 /// A number that is integral, any number.
 template <class T>
-concept IntegerOperand = KindOf<T>
-== OperandKind::Integer;
+concept IntegerOperand = OfKind<T, OperandKind::Integer>;
 template <class T>
-concept NumberOperand = IntegerOperand<T> || KindOf<T>
-== OperandKind::Real;
+concept NumberOperand = IntegerOperand<T> || OfKind<T, OperandKind::Real>;
 
 template <class T>
-concept VariableOperand = KindOf<T>
-== OperandKind::NumVar || KindOf<T> == OperandKind::IntVar;
+concept VariableOperand = OfKind<T, OperandKind::NumVar, OperandKind::IntVar>;
 template <class T>
-concept TermOperand = KindOf<T>
-== OperandKind::NumTerm || KindOf<T> == OperandKind::IntTerm;
+concept TermOperand = OfKind<T, OperandKind::NumTerm, OperandKind::IntTerm>;
 /// A variable, term or expression; one of integers.
 template <class T>
-concept ExprOperand = KindOf<T>
-!= OperandKind::None && !NumberOperand<T>;
+concept ExprOperand = !OfKind<T, OperandKind::None> && !NumberOperand<T>;
 template <class T>
-concept IntExprOperand = KindOf<T>
-== OperandKind::IntVar || KindOf<T> == OperandKind::IntTerm || KindOf<T> == OperandKind::IntExpr;
+concept IntExprOperand = OfKind<T, OperandKind::IntVar, OperandKind::IntTerm, OperandKind::IntExpr>;
 
 template <class T>
 concept Operand = ExprOperand<T> || NumberOperand<T>;
+template <class T>
+concept IntOperand = IntExprOperand<T> || IntegerOperand<T>;
+template <class A, class B>
+concept AnyExprOperand = ExprOperand<A> || ExprOperand<B>;
 /// Two operands of which one at least is no number.
 template <class A, class B>
-concept OperandPair = Operand<A> && Operand<B> &&(ExprOperand<A> || ExprOperand<B>);
+concept OperandPair = Operand<A> && Operand<B> && AnyExprOperand<A, B>;
 /// The same where both are integer: the operation stays among the integers.
 template <class A, class B>
-concept IntOperandPair = OperandPair<A, B> &&
-    (IntExprOperand<A> || IntegerOperand<A>)&&(IntExprOperand<B> || IntegerOperand<B>);
+concept IntOperandPair = OperandPair<A, B> && IntOperand<A> && IntOperand<B>;
 
 /// The expression of an operand. A term becomes a new linear node. Raises
 /// `ZylEmptyHandleException` for an empty handle.

@@ -17,10 +17,8 @@ class ZYL_EXPORT ZylExtractableArray {
   explicit ZylExtractableArray(const ZylEnv& env, long n = 0);
   explicit ZylExtractableArray(const ZylMemoryManager& manager, long n = 0);
   /// The array of the objects given. Raises `ZylWrongUsage` if `n` is not their number.
-  template <class... Rest>
-  requires(std::derived_from<Rest, ZylExtractable>&&...)
-      ZylExtractableArray(const ZylEnv& env, long n, const ZylExtractable& first,
-                          const Rest&... rest);
+  template <std::derived_from<ZylExtractable>... Rest>
+  ZylExtractableArray(const ZylEnv& env, long n, const ZylExtractable& first, const Rest&... rest);
 
   ZylArrayI* getImpl() const noexcept { return _impl; }
   long getSize() const { return checked()->getSize(); }
@@ -110,9 +108,8 @@ class HandleArray : public ZylExtractableArray {
   /// An array of `n` empty handles.
   explicit HandleArray(const ZylEnv& env, long n = 0) : ZylExtractableArray(env, n) {}
   /// The array of the elements given. Raises `ZylWrongUsage` if `n` is not their number.
-  template <class... Rest>
-  requires(std::convertible_to<Rest, Handle>&&...)
-      HandleArray(const ZylEnv& env, long n, const Handle& first, const Rest&... rest)
+  template <std::convertible_to<Handle>... Rest>
+  HandleArray(const ZylEnv& env, long n, const Handle& first, const Rest&... rest)
       : ZylExtractableArray(env, checkCount(n, 1 + static_cast<long>(sizeof...(rest)))) {
     addLiteral(first, Handle(rest)...);
   }
@@ -165,9 +162,9 @@ class HandleArray : public ZylExtractableArray {
   using Family::Family;                                                               \
   Class() = default;
 
-template <class... Rest>
-requires(std::derived_from<Rest, ZylExtractable>&&...) ZylExtractableArray::ZylExtractableArray(
-    const ZylEnv& env, long n, const ZylExtractable& first, const Rest&... rest)
+template <std::derived_from<ZylExtractable>... Rest>
+ZylExtractableArray::ZylExtractableArray(const ZylEnv& env, long n, const ZylExtractable& first,
+                                         const Rest&... rest)
     : ZylExtractableArray(env) {
   constexpr long Count = 1 + static_cast<long>(sizeof...(rest));
   if (n != Count) {
