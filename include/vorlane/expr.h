@@ -10,6 +10,7 @@
 #include "vorlane/expr/expression.h"        // IWYU pragma: export
 #include "vorlane/expr/functions.h"         // IWYU pragma: export
 #include "vorlane/expr/lin_term.h"          // IWYU pragma: export
+#include "vorlane/expr/lin_term_change.h"   // IWYU pragma: export
 #include "vorlane/expr/multi_criterion.h"   // IWYU pragma: export
 #include "vorlane/expr/nodes.h"             // IWYU pragma: export
 #include "vorlane/expr/num_expr.h"          // IWYU pragma: export

@@ -5,6 +5,7 @@
 
 #include "common/unfinished.h"
 #include "vorlane/expr/lin_term.h"
+#include "vorlane/model/record.h"
 
 namespace zyl::detail {
 

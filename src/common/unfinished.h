@@ -34,30 +34,6 @@ class Unfinished {
   bool _fresh;
 };
 
-/// A private copy of an array; ended unless a node takes it over.
-template <class Array>
-class ArrayCopy {
- public:
-  ArrayCopy() = default;
-  ArrayCopy(ZylEnvI* env, const ZylArrayI* array) : _array(new (env) ZylArrayI(env, array)) {}
-  /// Owns the array given.
-  explicit ArrayCopy(const Array& array) noexcept : _array(array) {}
-  ~ArrayCopy() { _array.end(); }
-  ArrayCopy(const ArrayCopy&) = delete;
-  ArrayCopy& operator=(const ArrayCopy&) = delete;
-
-  const Array& get() const noexcept { return _array; }
-  /// Passes on what took the array over.
-  template <class Node>
-  [[nodiscard]] Node* takenBy(Node* node) noexcept {
-    _array = Array();
-    return node;
-  }
-
- private:
-  Array _array;
-};
-
 }  // namespace zyl::detail
 
 #endif

@@ -4,15 +4,13 @@
 
 #include "vorlane/env/number.h"
 #include "vorlane/model/algorithm_handle.h"
-#include "vorlane/model/visitor.h"
 
 ZylInvalidInequalityException::ZylInvalidInequalityException(const char* message)
     : ZylException(message) {}
 
 // --- ZylBinaryNumConstraintI ---------------------------------------------------------------------
 
-ZYL_TYPE_DEF(ZylBinaryNumConstraintI, ZylConstraintI)
-ZYL_CP_HOOKS_DEF(ZylBinaryNumConstraintI)
+ZYL_EXTRACTABLE_DEF(ZylBinaryNumConstraintI, ZylConstraintI)
 
 namespace {
 
@@ -30,20 +28,17 @@ constexpr long RightConverted = 2;
 
 ZylBinaryNumConstraintI::ZylBinaryNumConstraintI(ZylEnvI* env, ZylNumExprI* left,
                                                  ZylNumExprI* right, const char* name)
-    : ZylConstraintI(env, name), _left(nullptr), _right(nullptr), _flags(0) {
+    : ZylConstraintI(env, name), _flags(0) {
   // Asked first: the conversion of a temporary ends it.
   if (!isVariable(left)) _flags += LeftConverted;
   if (!isVariable(right)) _flags += RightConverted;
-  _left = operandOf(left);
-  _right = right == left ? _left : operandOf(right);
-  _left->hold();
-  _right->hold();
+  ZylNumExprI* const first = operandOf(left);
+  ZylNumExprI* const second = right == left ? first : operandOf(right);
+  _left = first;
+  _right = second;
 }
 
-ZylBinaryNumConstraintI::~ZylBinaryNumConstraintI() {
-  _env->release(_left);
-  _env->release(_right);
-}
+ZylBinaryNumConstraintI::~ZylBinaryNumConstraintI() { zyl::detail::giveBack(_env, fields()); }
 
 ZylExtractableI* ZylBinaryNumConstraintI::makeClone(ZylEnvI*) const {
   throw ZylNotImplemented("This code should never be called");
@@ -51,13 +46,6 @@ ZylExtractableI* ZylBinaryNumConstraintI::makeClone(ZylEnvI*) const {
 
 void ZylBinaryNumConstraintI::display(std::ostream&) const {
   throw ZylNotImplemented("This code should never be called");
-}
-
-void ZylBinaryNumConstraintI::visitSubExtractables(ZylExtractableVisitor* visitor) {
-  visitor->beginVisit(this);
-  visitor->visitChildren(this, _left);
-  visitor->visitChildren(this, _right);
-  visitor->endVisit(this);
 }
 
 void ZylBinaryNumConstraintI::displayAs(std::ostream& stream, const char* relation) const {
@@ -72,13 +60,7 @@ void ZylBinaryNumConstraintI::displayAs(std::ostream& stream, const char* relati
 // --- the five relations --------------------------------------------------------------------------
 
 #define ZYL_COMPARISON_DEF(Class, Relation)                                                 \
-  ZYL_TYPE_DEF(Class, ZylBinaryNumConstraintI)                                              \
-  ZYL_CP_HOOKS_DEF(Class)                                                                   \
-  ZylExtractableI* Class::makeClone(ZylEnvI* env) const {                                   \
-    auto* left = static_cast<ZylNumExprI*>(env->getClone(_left));                           \
-    auto* right = static_cast<ZylNumExprI*>(env->getClone(_right));                         \
-    return new (env) Class(env, left, right);                                               \
-  }                                                                                         \
+  ZYL_RECORD_DEF(Class, ZylBinaryNumConstraintI)                                            \
   void Class::display(std::ostream& stream) const { displayAs(stream, " " #Relation " "); } \
   double Class::eval(const ZylAlgorithm algorithm) const {                                  \
     const double left = _left->eval(algorithm);                                             \

@@ -3,12 +3,9 @@
 #include <ostream>
 
 #include "vorlane/model/algorithm_handle.h"
-#include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylConstraintI, ZylIntExprI)
-ZYL_CP_HOOKS_DEF(ZylConstraintI)
-ZYL_TYPE_DEF(ZylConstConstraintI, ZylConstraintI)
-ZYL_CP_HOOKS_DEF(ZylConstConstraintI)
+ZYL_EXTRACTABLE_DEF(ZylConstraintI, ZylIntExprI)
+ZYL_RECORD_DEF(ZylConstConstraintI, ZylConstraintI)
 
 void (*ZylConstraintI::_addToCP)(ZylAlgorithm, const ZylConstraintI*, void*) = nullptr;
 void (*ZylConstraintI::_removeFromCP)(ZylAlgorithm, const ZylConstraintI*, void*) = nullptr;
@@ -40,15 +37,6 @@ bool ZylExtractable::isConstraint() const {
 }
 ZylConstraint ZylExtractable::asConstraint() const {
   return ZylConstraint(zyl::as<ZylConstraintI>(checked()));
-}
-
-ZylExtractableI* ZylConstConstraintI::makeClone(ZylEnvI* env) const {
-  return new (env) ZylConstConstraintI(env, _isTrue);
-}
-
-void ZylConstConstraintI::visitSubExtractables(ZylExtractableVisitor* visitor) {
-  visitor->beginVisit(this);
-  visitor->endVisit(this);
 }
 
 void ZylConstConstraintI::display(std::ostream& stream) const {

@@ -9,23 +9,9 @@
 #include "vorlane/model/visitor.h"
 
 ZYL_TYPE_DEF(ZylGeneratorI, ZylExtractableI)
-ZYL_TYPE_DEF(ZylComprehensionI, ZylExtractableI)
-ZYL_CP_HOOKS_DEF(ZylComprehensionI)
-ZYL_TYPE_DEF(ZylForAllI, ZylConstraintI)
-ZYL_CP_HOOKS_DEF(ZylForAllI)
-ZYL_TYPE_DEF(ZylForAllRangeI, ZylConstraintI)
-ZYL_CP_HOOKS_DEF(ZylForAllRangeI)
-ZYL_CHANGE_DEF(ZylSetForAllRangeBounds, ZylChange)
-ZYL_CHANGE_DEF(ZylSetForAllRangeLB, ZylChange)
-ZYL_CHANGE_DEF(ZylSetForAllRangeUB, ZylChange)
-ZYL_CHANGE_DEF(ZylSetForAllRangeLinearCoef, ZylChange)
-ZYL_CHANGE_DEF(ZylSetForAllRangeLinearCoefs, ZylChange)
-
-ZYL_CHANGE_VISITS_NOTHING(ZylSetForAllRangeBounds)
-ZYL_CHANGE_VISITS_NOTHING(ZylSetForAllRangeLB)
-ZYL_CHANGE_VISITS_NOTHING(ZylSetForAllRangeUB)
-ZYL_CHANGE_VISITS_NOTHING(ZylSetForAllRangeLinearCoef)
-ZYL_CHANGE_VISITS_NOTHING(ZylSetForAllRangeLinearCoefs)
+ZYL_EXTRACTABLE_DEF(ZylComprehensionI, ZylExtractableI)
+ZYL_RECORD_DEF(ZylForAllI, ZylConstraintI)
+ZYL_RECORD_DEF(ZylForAllRangeI, ZylConstraintI)
 
 namespace {
 
@@ -151,25 +137,9 @@ void ZylComprehensionI::display(std::ostream& stream) const {
 
 ZylForAllI::ZylForAllI(ZylComprehensionI* comprehension, ZylConstraintI* constraint,
                        const char* name)
-    : ZylConstraintI(comprehension->getEnv(), name), _comprehension(comprehension),
-      _constraint(constraint), _inner(constraint) {
+    : Record(comprehension->getEnv(), name), _comprehension(comprehension), _constraint(constraint),
+      _inner(constraint) {
   while (auto* forAll = zyl::as<ZylForAllI>(_inner)) _inner = forAll->_constraint;
-  _comprehension->hold();
-}
-
-ZylForAllI::~ZylForAllI() { _env->release(_comprehension); }
-
-ZylExtractableI* ZylForAllI::makeClone(ZylEnvI* env) const {
-  auto* comprehension = static_cast<ZylComprehensionI*>(env->getClone(_comprehension));
-  auto* constraint = static_cast<ZylConstraintI*>(env->getClone(_constraint));
-  return new (env) ZylForAllI(comprehension, constraint);
-}
-
-void ZylForAllI::visitSubExtractables(ZylExtractableVisitor* visitor) {
-  visitor->beginVisit(this);
-  visitor->visitChildren(this, _comprehension);
-  visitor->visitChildren(this, _constraint);
-  visitor->endVisit(this);
 }
 
 void ZylForAllI::display(std::ostream& stream) const {
@@ -183,11 +153,6 @@ void ZylForAllI::display(std::ostream& stream) const {
 ZylConstraintI* ZylForAllI::getInnerConstraint() { return _inner; }
 
 // --- ZylForAllRangeI -----------------------------------------------------------------------------
-
-ZylExtractableI* ZylForAllRangeI::makeClone(ZylEnvI* env) const {
-  auto* forAll = static_cast<ZylForAllI*>(env->getClone(_forAll));
-  return new (env) ZylForAllRangeI(env, forAll, _index);
-}
 
 void ZylForAllRangeI::visitSubExtractables(ZylExtractableVisitor* visitor) {
   visitor->beginVisit(this);

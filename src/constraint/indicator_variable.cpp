@@ -3,8 +3,7 @@
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylConstraintIndVarI, ZylNumVarI)
-ZYL_CP_HOOKS_DEF(ZylConstraintIndVarI)
+ZYL_EXTRACTABLE_DEF(ZylConstraintIndVarI, ZylNumVarI)
 
 ZylConstraintIndVarI::ZylConstraintIndVarI(ZylEnvI* env, ZylConstraintI* constraint)
     : ZylNumVarI(env, 0.0, 1.0, zyl::Int), _constraint(constraint) {}

@@ -7,8 +7,7 @@
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylRangeI, ZylConstraintI)
-ZYL_CP_HOOKS_DEF(ZylRangeI)
+ZYL_EXTRACTABLE_DEF(ZylRangeI, ZylConstraintI)
 
 namespace {
 

@@ -1,82 +1,43 @@
 #include "vorlane/expr/conversion.h"
 
-#include <ostream>
-
-#include "common/list_display.h"
 #include "vorlane/model/algorithm_handle.h"
-#include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylConversionI, ZylExtractableI)
-ZYL_CP_HOOKS_DEF(ZylConversionI)
-
-ZylConversionI::ZylConversionI(ZylEnvI* env, const ZylNumVarArray& variables, ZylNumVar::Type type,
-                               const char* name)
-    : ZylExtractableI(env, name), _variables(variables), _type(type) {}
-
-ZylConversionI::~ZylConversionI() { _variables.end(); }
-
-ZylExtractableI* ZylConversionI::makeClone(ZylEnvI* env) const {
-  ZylNumVarArray variables = _variables;
-  variables.replaceByClone(env);
-  try {
-    return new (env) ZylConversionI(env, variables, _type);
-  } catch (...) {
-    variables.end();
-    throw;
-  }
-}
+ZYL_RECORD_DEF(ZylConversionI, ZylExtractableI)
+ZYL_CHANGE_DEF(ZylConversionRemoveVar, ZylChange)
 
 void ZylConversionI::atRemove(ZylExtractableI* removed, void*) {
   if (_env->getDeleterMode() == 0) {
-    _variables.removeMarked();
-    return;
+    _variables.dropDead();
+  } else if (auto* variable = zyl::as<ZylNumVarI>(removed)) {
+    removeVar(ZylNumVar(variable));
   }
-  if (auto* variable = zyl::as<ZylNumVarI>(removed)) removeVar(ZylNumVar(variable));
-}
-
-void ZylConversionI::visitSubExtractables(ZylExtractableVisitor* visitor) {
-  visitor->beginVisit(this);
-  visitor->visitChildren(this, _variables);
-  visitor->endVisit(this);
-}
-
-void ZylConversionI::display(std::ostream& stream) const {
-  zyl::detail::displayHead(stream, "ZylConversionI", this);
-  stream << "  vars ";
-  zyl::detail::displayList(stream, _variables);
-  stream << std::endl << "  type " << static_cast<int>(_type) << std::endl;
 }
 
 void ZylConversionI::removeVar(const ZylNumVar& variable) {
-  for (long i = _variables.getSize() - 1; i >= 0; --i) {
-    if (_variables.getI(i) != variable.getImpl()) continue;
-    _variables.remove(i);
+  for (long i = _variables->getSize() - 1; i >= 0; --i) {
+    if (_variables->getI(i) != variable.getImpl()) continue;
+    _variables->remove(i);
     notify(ZylConversionRemoveVar(variable.getImpl(), this));
   }
 }
 
 namespace {
 
-ZylNumVarArray copyOf(const ZylEnv& env, const ZylExtractableArray& variables) {
+using zyl::detail::ArrayCopy;
+
+ArrayCopy<ZylNumVarArray> copyOf(const ZylEnv& env, const ZylExtractableArray& variables) {
   if (variables.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  ZylNumVarArray copy(env, 0);
-  static_cast<ZylExtractableArray&>(copy).add(variables);
-  return copy;
+  return ArrayCopy<ZylNumVarArray>(env.getImpl(), variables.getImpl());
 }
 
-ZylNumVarArray arrayOf(const ZylEnv& env, const ZylNumVar& variable) {
+ArrayCopy<ZylNumVarArray> arrayOf(const ZylEnv& env, const ZylNumVar& variable) {
   if (variable.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  return ZylNumVarArray(env, 1, variable);
+  return ArrayCopy<ZylNumVarArray>(ZylNumVarArray(env, 1, variable));
 }
 
-ZylConversionI* make(const ZylEnv& env, ZylNumVarArray variables, ZylNumVar::Type type,
+ZylConversionI* make(const ZylEnv& env, ArrayCopy<ZylNumVarArray> variables, ZylNumVar::Type type,
                      const char* name) {
-  try {
-    return new (env.getImpl()) ZylConversionI(env.getImpl(), variables, type, name);
-  } catch (...) {
-    variables.end();
-    throw;
-  }
+  return zyl::detail::build<ZylConversionI>(env.getImpl(), variables, type, name);
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <ostream>
 
-#include "common/list_display.h"
 #include "vorlane/env/number.h"
+#include "vorlane/model/display.h"
 
 ZylVarDomainI::~ZylVarDomainI() = default;
 bool ZylVarDomainI::isShared() const { return false; }

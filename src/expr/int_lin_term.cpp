@@ -4,17 +4,10 @@
 #include "vorlane/expr/operators.h"
 #include "vorlane/model/algorithm_handle.h"
 
-ZYL_TYPE_DEF(ZylIntLinTermI, ZylIntExprI)
-ZYL_CP_HOOKS_DEF(ZylIntLinTermI)
-ZYL_CHANGE_DEF(ZylIntLinTermRemoveVar, ZylChange)
+ZYL_EXTRACTABLE_DEF(ZylIntLinTermI, ZylIntExprI)
 
 using zyl::detail::ItemList;
 using zyl::detail::Unfinished;
-
-void ZylIntLinTermRemoveVar::visitChange(ZylEnvI*, ZylExtractableI*,
-                                         ZylChangeVisitor* visitor) const {
-  visitor->removeSubExtractable(_node, _variable);
-}
 
 ZylIntLinTermI::ZylIntLinTermI(ZylEnvI* env, long constant)
     : ZylIntExprI(env), _constant(constant) {}

@@ -12,24 +12,12 @@
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylNumLinTermI, ZylNumExprI)
-ZYL_CP_HOOKS_DEF(ZylNumLinTermI)
-ZYL_CHANGE_DEF(ZylNumLinTermAddVar, ZylChange)
-ZYL_CHANGE_DEF(ZylNumLinTermRemoveVar, ZylChange)
+ZYL_EXTRACTABLE_DEF(ZylNumLinTermI, ZylNumExprI)
 
 using zyl::detail::EnvLock;
 using zyl::detail::ItemList;
 using zyl::detail::TermList;
 using zyl::detail::Unfinished;
-
-void ZylNumLinTermAddVar::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const {
-  visitor->addSubExtractable(_node, _variable);
-}
-
-void ZylNumLinTermRemoveVar::visitChange(ZylEnvI*, ZylExtractableI*,
-                                         ZylChangeVisitor* visitor) const {
-  visitor->removeSubExtractable(_node, _variable);
-}
 
 ZylNumLinTermI::ZylNumLinTermI(ZylEnvI* env, double constant)
     : ZylNumExprI(env), _constant(constant) {}

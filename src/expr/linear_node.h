@@ -5,6 +5,7 @@
 
 #include <ostream>
 
+#include "vorlane/expr/lin_term_change.h"
 #include "vorlane/expr/term_list.h"
 
 namespace zyl::detail {

@@ -1,19 +1,17 @@
 #include "vorlane/expr/multi_criterion.h"
 
 #include <ostream>
-
-#include "common/list_display.h"
+#include <utility>
 
 ZylMultiCriterionExprI::ZylMultiCriterionExprI(ZylEnvI* env, const ZylNumExprArray& exprs,
                                                Type type, const char* name)
-    : ZylEnvObjectI(env), _type(type), _exprs(exprs), _name(env->strDup(name)) {
-  _exprs.lockExprs();
+    : ZylEnvObjectI(env), _type(type), _name(env->strDup(name)) {
+  _exprs = zyl::Owned(exprs);
 }
 
 ZylMultiCriterionExprI::~ZylMultiCriterionExprI() {
-  _exprs.releaseExprs();
-  _exprs.end();
   _env->strFree(_name);
+  _exprs.giveBack(_env);
 }
 
 void ZylMultiCriterionExprI::setName(const char* name) {
@@ -24,49 +22,38 @@ void ZylMultiCriterionExprI::setName(const char* name) {
 
 namespace {
 
-ZylMultiCriterionExprI* make(ZylEnvI* env, ZylNumExprArray exprs, ZylMultiCriterionExprI::Type type,
+using Exprs = zyl::detail::ArrayCopy<ZylNumExprArray>;
+
+ZylMultiCriterionExprI* make(ZylEnvI* env, Exprs exprs, ZylMultiCriterionExprI::Type type,
                              const char* name) {
-  try {
-    return new (env) ZylMultiCriterionExprI(env, exprs, type, name);
-  } catch (...) {
-    exprs.end();
-    throw;
-  }
+  return zyl::detail::build<ZylMultiCriterionExprI>(env, exprs, type, name);
 }
 
-ZylMultiCriterionExprI* checkedMake(ZylEnvI* env, ZylNumExprArray exprs,
-                                    ZylMultiCriterionExprI::Type type, const char* name) {
-  for (long i = 0; i < exprs.getSize(); ++i) {
-    const ZylExtractableI* expr = exprs.getI(i);
-    if (expr == nullptr || expr->getEnv() == env) continue;
-    exprs.end();
-    ZylRaiseWrongUsage("mixing mismatch Environments");
+ZylMultiCriterionExprI* checkedMake(ZylEnvI* env, Exprs exprs, ZylMultiCriterionExprI::Type type,
+                                    const char* name) {
+  for (long i = 0; i < exprs.get().getSize(); ++i) {
+    const ZylExtractableI* expr = exprs.get().getI(i);
+    if (expr != nullptr && expr->getEnv() != env) {
+      ZylRaiseWrongUsage("mixing mismatch Environments");
+    }
   }
-  return make(env, exprs, type, name);
-}
-
-ZylNumExprArray copyOf(const ZylEnv& env, const ZylNumExprArray& exprs) {
-  ZylNumExprArray copy(env, 0);
-  if (exprs.getImpl() != nullptr) copy.add(exprs);
-  return copy;
+  return make(env, std::move(exprs), type, name);
 }
 
 }  // namespace
 
 ZylMultiCriterionExprI* ZylMultiCriterionExprI::duplicate(ZylEnvI* env) const {
-  return make(env, copyOf(ZylEnv(env), _exprs), _type, nullptr);
+  return make(env, Exprs(env, getExprs().getImpl()), _type, nullptr);
 }
 
 ZylMultiCriterionExprI* ZylMultiCriterionExprI::makeClone(ZylEnvI* env) const {
-  ZylNumExprArray exprs = _exprs;
-  exprs.replaceByClone(env);
-  return make(env, exprs, _type, nullptr);
+  return make(env, _exprs.cloned(env), _type, nullptr);
 }
 
 void ZylMultiCriterionExprI::display(std::ostream& stream) const {
   stream << (_name != nullptr ? _name : "{MultiCriterion}") << ", "
          << (_type == StaticLex ? "StaticLex" : "DynamicLex") << "(";
-  if (_exprs.getSize() > 0) zyl::detail::displayList(stream, _exprs);
+  if (_exprs->getSize() > 0) _exprs.display(stream);
   stream << ")";
 }
 
@@ -76,7 +63,7 @@ ZylMultiCriterionExpr::ZylMultiCriterionExpr(const ZylEnv& env, const ZylNumExpr
                                              Type type, const char* name) {
   if (env.getImpl() == nullptr) ZylRaiseWrongUsage("ZylEnv: using empty handle");
   if (exprs.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumExprArray::EmptyText());
-  _impl = checkedMake(env.getImpl(), copyOf(env, exprs), type, name);
+  _impl = checkedMake(env.getImpl(), Exprs(env.getImpl(), exprs.getImpl()), type, name);
 }
 
 ZylNumExprArg ZylMultiCriterionExpr::getCriterion(long i) const {
@@ -98,11 +85,11 @@ std::ostream& operator<<(std::ostream& stream, const ZylMultiCriterionExpr& crit
 
 namespace {
 
-template <class... Exprs>
-ZylMultiCriterionExpr staticLex(const ZylEnv& env, const Exprs&... exprs) {
+template <class... Each>
+ZylMultiCriterionExpr staticLex(const ZylEnv& env, const Each&... exprs) {
   if (env.getImpl() == nullptr) ZylRaiseWrongUsage("ZylEnv: using empty handle");
   return ZylMultiCriterionExpr(checkedMake(
-      env.getImpl(), ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...),
+      env.getImpl(), Exprs(ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...)),
       ZylMultiCriterionExprI::StaticLex, nullptr));
 }
 

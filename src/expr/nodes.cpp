@@ -5,8 +5,6 @@
 #include "expr/node_family.h"
 #include "vorlane/expr/operators.h"
 
-using zyl::detail::ArrayCopy;
-
 // --- the rows ------------------------------------------------------------------------------------
 
 namespace zyl::detail {
@@ -83,8 +81,7 @@ double extremeOf(const ZylAlgorithm& algorithm, const ZylExtractableArray& array
 }  // namespace
 
 #define ZYL_NODE_DEF_(Class, Base, ...) \
-  ZYL_TYPE_DEF(Class, Base)             \
-  ZYL_CP_HOOKS_DEF(Class)               \
+  ZYL_EXTRACTABLE_DEF(Class, Base)      \
   template class zyl::detail::__VA_ARGS__;
 #define ZYL_UNARY_NODE(Class, Base, Operand, Rule, Long, Short, Value) \
   ZYL_NODE_DEF_(Class, Base, UnaryNode<Class, Base, Operand>)          \
@@ -109,66 +106,43 @@ double extremeOf(const ZylAlgorithm& algorithm, const ZylExtractableArray& array
 #define ZYL_EXTREME_NODE(Class, Base, Array, Rule, Long, Short, Empty, Better) \
   ZYL_NODE_DEF_(Class, Base, ExtremeNode<Class, Base, Array>)                  \
   double Class::eval(const ZylAlgorithm algorithm) const {                     \
-    return extremeOf(algorithm, _array, Empty, Better);                        \
+    return extremeOf(algorithm, getArray(), Empty, Better);                    \
   }
 #define ZYL_ELEMENT_NODE(Class, Base, Array, Rule, Long, Short) \
   ZYL_NODE_DEF_(Class, Base, ElementNode<Class, Base, Array>)
 #include "vorlane/expr/nodes.inc"
 #undef ZYL_NODE_DEF_
 
-template class zyl::detail::ArrayNode<ZylIntExprI, ZylIntExprArray>;
-template class zyl::detail::ArrayNode<ZylNumExprI, ZylNumExprArray>;
-template class zyl::detail::ArrayNode<ZylNumExprI, ZylIntExprArray>;
-
 // --- count ---------------------------------------------------------------------------------------
 
-ZYL_TYPE_DEF(ZylCountI, ZylIntExprI)
-ZYL_CP_HOOKS_DEF(ZylCountI)
-
-ZylCountI::ZylCountI(ZylEnvI* env, const ZylIntExprArray& array, long value)
-    : ArrayNode(env, array), _value(value) {}
-
-ZylExtractableI* ZylCountI::makeClone(ZylEnvI* env) const {
-  ArrayCopy<ZylIntExprArray> array = zyl::detail::clonedArray(env, _array);
-  return array.takenBy(new (env) ZylCountI(env, array.get(), _value));
-}
+ZYL_RECORD_DEF(ZylCountI, ZylIntExprI)
 
 void ZylCountI::display(std::ostream& stream) const {
   const bool isLong = _env->isLongDisplay();
   stream << (isLong ? "ZylCount( " : "count(");
-  zyl::detail::displayArray(stream, _array);
+  _array.display(stream);
   stream << ", " << _value << (isLong ? ") " : ")");
 }
 
 double ZylCountI::eval(const ZylAlgorithm algorithm) const {
-  const long size = sizeOf(_array);
+  const long size = sizeOf(getArray());
   if (size == 0) throw ZylArrayError("Array of size 0 in evaluation of ZylCount");
   const double wanted = number(_value);
   long count = 0;
   for (long i = 0; i < size; ++i) {
-    if (element(_array, i)->eval(algorithm) == wanted) ++count;
+    if (element(getArray(), i)->eval(algorithm) == wanted) ++count;
   }
   return number(count);
 }
 
 // --- standard deviation --------------------------------------------------------------------------
 
-ZYL_TYPE_DEF(ZylStandardDeviationI, ZylNumExprI)
-ZYL_CP_HOOKS_DEF(ZylStandardDeviationI)
-
-ZylStandardDeviationI::ZylStandardDeviationI(ZylEnvI* env, const ZylIntExprArray& array,
-                                             double lowerMean, double upperMean)
-    : ArrayNode(env, array), _lowerMean(lowerMean), _upperMean(upperMean) {}
-
-ZylExtractableI* ZylStandardDeviationI::makeClone(ZylEnvI* env) const {
-  ArrayCopy<ZylIntExprArray> array = zyl::detail::clonedArray(env, _array);
-  return array.takenBy(new (env) ZylStandardDeviationI(env, array.get(), _lowerMean, _upperMean));
-}
+ZYL_RECORD_DEF(ZylStandardDeviationI, ZylNumExprI)
 
 void ZylStandardDeviationI::display(std::ostream& stream) const {
   const bool isLong = _env->isLongDisplay();
   stream << (isLong ? "ZylStandardDeviation( " : "stddev(");
-  zyl::detail::displayArray(stream, _array);
+  _array.display(stream);
   stream << (isLong ? ") " : ")");
 }
 
@@ -192,28 +166,7 @@ double ZylStandardDeviationI::Eval(const ZylAlgorithm& algorithm, const ZylIntEx
 
 // --- a client's function -------------------------------------------------------------------------
 
-ZYL_TYPE_DEF(ZylMonotonicNumExprI, ZylNumExprI)
-ZYL_CP_HOOKS_DEF(ZylMonotonicNumExprI)
-
-ZylMonotonicNumExprI::ZylMonotonicNumExprI(ZylEnvI* env, ZylNumExprI* operand, Function function,
-                                           Function inverse, long decreasing)
-    : ZylNumExprI(env), _operand(operand), _function(function), _inverse(inverse),
-      _decreasing(decreasing) {
-  operand->hold();
-}
-
-ZylMonotonicNumExprI::~ZylMonotonicNumExprI() { _env->release(_operand); }
-
-ZylExtractableI* ZylMonotonicNumExprI::makeClone(ZylEnvI* env) const {
-  ZylNumExprI* operand = zyl::detail::cloneOperand(env, _operand);
-  return new (env) ZylMonotonicNumExprI(env, operand, _function, _inverse, _decreasing);
-}
-
-void ZylMonotonicNumExprI::visitSubExtractables(ZylExtractableVisitor* visitor) {
-  visitor->beginVisit(this);
-  visitor->visitChildren(this, _operand);
-  visitor->endVisit(this);
-}
+ZYL_RECORD_DEF(ZylMonotonicNumExprI, ZylNumExprI)
 
 void ZylMonotonicNumExprI::display(std::ostream& stream) const {
   stream << "ZylMonotonic" << (_decreasing != 0 ? "Decreasing" : "Increasing") << "NumExpr(";

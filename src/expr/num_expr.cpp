@@ -9,10 +9,8 @@
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/recycle_bin.h"
 
-ZYL_TYPE_DEF(ZylNumExprI, ZylExtractableI)
-ZYL_CP_HOOKS_DEF(ZylNumExprI)
-ZYL_TYPE_DEF(ZylIntExprI, ZylNumExprI)
-ZYL_CP_HOOKS_DEF(ZylIntExprI)
+ZYL_EXTRACTABLE_DEF(ZylNumExprI, ZylExtractableI)
+ZYL_EXTRACTABLE_DEF(ZylIntExprI, ZylNumExprI)
 
 using zyl::detail::NodeClass;
 using zyl::detail::Unfinished;

@@ -7,8 +7,7 @@
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylObjectiveI, ZylExtractableI)
-ZYL_CP_HOOKS_DEF(ZylObjectiveI)
+ZYL_EXTRACTABLE_DEF(ZylObjectiveI, ZylExtractableI)
 
 void (*ZylObjectiveI::_addToCP)(ZylAlgorithm, const ZylObjectiveI*, void*) = nullptr;
 void (*ZylObjectiveI::_removeFromCP)(ZylAlgorithm, const ZylObjectiveI*, void*) = nullptr;

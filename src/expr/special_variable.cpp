@@ -2,12 +2,11 @@
 
 #include <ostream>
 
-#include "common/list_display.h"
 #include "vorlane/expr/variable_change.h"
 #include "vorlane/model/algorithm_handle.h"
+#include "vorlane/model/display.h"
 
-ZYL_TYPE_DEF(ZylSemiContVarI, ZylNumVarI)
-ZYL_CP_HOOKS_DEF(ZylSemiContVarI)
+ZYL_EXTRACTABLE_DEF(ZylSemiContVarI, ZylNumVarI)
 
 ZylSemiContVarI::ZylSemiContVarI(ZylEnvI* env, double threshold, double upper, Type type,
                                  const char* name)

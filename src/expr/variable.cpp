@@ -13,8 +13,7 @@
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylNumVarI, ZylIntExprI)
-ZYL_CP_HOOKS_DEF(ZylNumVarI)
+ZYL_EXTRACTABLE_DEF(ZylNumVarI, ZylIntExprI)
 
 using zyl::VariableType;
 

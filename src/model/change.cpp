@@ -9,10 +9,6 @@ ZYL_CHANGE_DEF(ZylDestroyExtractableArray, ZylChange)
 ZYL_CHANGE_DEF(ZylRemoveFromAllChange, ZylChange)
 ZYL_TYPE_DEF(ZylAddExtractable, ZylChange)
 
-ZYL_CHANGE_VISITS_NOTHING(ZylDestroyExtractable)
-ZYL_CHANGE_VISITS_NOTHING(ZylDestroyExtractableArray)
-ZYL_CHANGE_VISITS_NOTHING(ZylAddExtractable)
-
 ZylChangeVisitor::~ZylChangeVisitor() = default;
 void ZylChangeVisitor::addSubExtractable(ZylExtractableI*, ZylExtractableI*) {}
 void ZylChangeVisitor::removeSubExtractable(ZylExtractableI*, ZylExtractableI*) {}
@@ -67,6 +63,8 @@ ZylEnvI* ZylAddExtractable::getEnv() const {
   const ZylExtractableI* object = what();
   return object != nullptr ? object->getEnv() : nullptr;
 }
+
+void ZylAddExtractable::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor*) const {}
 
 void ZylAddExtractable::setObj(const ZylExtractableI* object) { _obj = object; }
 

@@ -4,13 +4,10 @@
 
 #include "common/unfinished.h"
 #include "vorlane/model/algorithm_handle.h"
+#include "vorlane/model/model_change.h"
 #include "vorlane/model/visitor.h"
 
-ZYL_TYPE_DEF(ZylModelI, ZylExtractableI)
-ZYL_CP_HOOKS_DEF(ZylModelI)
-ZYL_CHANGE_DEF(ZylAddOneToModel, ZylChange)
-ZYL_CHANGE_DEF(ZylAddToModel, ZylChange)
-ZYL_CHANGE_DEF(ZylRemoveFromModel, ZylChange)
+ZYL_EXTRACTABLE_DEF(ZylModelI, ZylExtractableI)
 
 ZylModelI::ZylModelI(ZylEnvI* env, const char* name) : ZylExtractableI(env, name) {}
 
@@ -155,26 +152,3 @@ ZylModel::Iterator::Iterator(const ZylModel& model)
 
 bool ZylExtractable::isModel() const { return checked()->isType(ZylModelI::GetTypeInfo()); }
 ZylModel ZylExtractable::asModel() const { return ZylModel(zyl::as<ZylModelI>(checked())); }
-
-// --- changes -------------------------------------------------------------------------------------
-
-zyl::detail::ModelArrayChange::ModelArrayChange(ZylModelI* model, ZylExtractableI* element)
-    : _model(model), _elements(ZylEnv(model->getEnv())), _owned(1) {
-  _elements.addI(element);
-}
-
-zyl::detail::ModelArrayChange::~ModelArrayChange() {
-  if (_owned != 0) _elements.end();
-}
-
-void ZylAddOneToModel::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const {
-  visitor->addSubExtractable(_model, _element);
-}
-
-void ZylAddToModel::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const {
-  visitor->addSubExtractable(_model, _elements);
-}
-
-void ZylRemoveFromModel::visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const {
-  visitor->removeSubExtractable(_model, _elements);
-}

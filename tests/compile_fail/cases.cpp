@@ -14,8 +14,7 @@ class Plain : public ZylExtractableI {
 // CASE class_without_type_declaration: abstract
 // Without its macros a class has no identity, so an engine would take it for its base.
 #ifndef class_without_type_declaration
-  ZYL_TYPE(Plain, ZylExtractableI)
-  ZYL_CP_HOOKS(Plain)
+  ZYL_EXTRACTABLE(Plain, ZylExtractableI)
 #endif
   void visitSubExtractables(ZylExtractableVisitor*) override {}
 };
@@ -28,8 +27,7 @@ class Plain : public ZylExtractableI {
 #else
 #define BASE_OF_PLAIN ZylExtractableI
 #endif
-ZYL_TYPE_DEF(Plain, BASE_OF_PLAIN)
-ZYL_CP_HOOKS_DEF(Plain)
+ZYL_EXTRACTABLE_DEF(Plain, BASE_OF_PLAIN)
 
 [[maybe_unused]] void cases(ZylEnv env, ZylNumVar x, ZylNumVar y, ZylIntVar i, ZylIntVar j,
                             ZylModel model, ZylNumArray nums, ZylIntArray ints,

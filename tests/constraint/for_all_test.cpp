@@ -8,8 +8,7 @@ namespace {
 
 /// A generator over nothing, for a front end that has none yet.
 class Index final : public ZylGeneratorI {
-  ZYL_TYPE(Index, ZylGeneratorI)
-  ZYL_CP_HOOKS(Index)
+  ZYL_EXTRACTABLE(Index, ZylGeneratorI)
  public:
   explicit Index(ZylEnvI* env) : ZylGeneratorI(env) {}
   void visitSubExtractables(ZylExtractableVisitor*) override {}
@@ -20,8 +19,7 @@ class Index final : public ZylGeneratorI {
   ~Index() override { ++died; }
   static inline int died = 0;
 };
-ZYL_TYPE_DEF(Index, ZylGeneratorI)
-ZYL_CP_HOOKS_DEF(Index)
+ZYL_EXTRACTABLE_DEF(Index, ZylGeneratorI)
 
 using ZylForAll = ExprTest;
 

@@ -5,10 +5,8 @@
 
 namespace zyl::test {
 
-ZYL_TYPE_DEF(Probe, ZylExtractableI)
-ZYL_CP_HOOKS_DEF(Probe)
-ZYL_TYPE_DEF(BareProbe, ZylExtractableI)
-ZYL_CP_HOOKS_DEF(BareProbe)
+ZYL_EXTRACTABLE_DEF(Probe, ZylExtractableI)
+ZYL_EXTRACTABLE_DEF(BareProbe, ZylExtractableI)
 
 long Probe::Living = 0;
 std::vector<std::string> Probe::Died;

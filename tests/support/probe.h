@@ -14,8 +14,7 @@ namespace zyl::test {
 /// Refers to up to two others, counts the living, and notes who dies. The actions must be small,
 /// since an environment with pools ends without running destructors.
 class Probe : public ZylExtractableI {
-  ZYL_TYPE(Probe, ZylExtractableI)
-  ZYL_CP_HOOKS(Probe)
+  ZYL_EXTRACTABLE(Probe, ZylExtractableI)
  public:
   static long Living;
   static std::vector<std::string> Died;
@@ -44,8 +43,7 @@ class Probe : public ZylExtractableI {
 
 /// A bare extractable, all of it as the base does.
 class BareProbe : public ZylExtractableI {
-  ZYL_TYPE(BareProbe, ZylExtractableI)
-  ZYL_CP_HOOKS(BareProbe)
+  ZYL_EXTRACTABLE(BareProbe, ZylExtractableI)
  public:
   using ZylExtractableI::ZylExtractableI;
   void visitSubExtractables(ZylExtractableVisitor* visitor) override;

@@ -18,15 +18,13 @@ class ZYL_EXPORT ZylInvalidInequalityException : public ZylException {
 /// The comparison of two expressions. Its operands, held, are variables or linear nodes: an operand
 /// that is neither is replaced by its linear node. Immutable.
 class ZYL_EXPORT ZylBinaryNumConstraintI : public ZylConstraintI {
-  ZYL_TYPE(ZylBinaryNumConstraintI, ZylConstraintI)
-  ZYL_CP_HOOKS(ZylBinaryNumConstraintI)
+  ZYL_EXTRACTABLE(ZylBinaryNumConstraintI, ZylConstraintI)
  public:
   ZylBinaryNumConstraintI(ZylEnvI* env, ZylNumExprI* left, ZylNumExprI* right,
                           const char* name = nullptr);
   ~ZylBinaryNumConstraintI() override;
 
   ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
 
   ZylNumExprI* getLeft() const noexcept { return _left; }
@@ -39,23 +37,21 @@ class ZYL_EXPORT ZylBinaryNumConstraintI : public ZylConstraintI {
   double rightValue(ZylModelEvaluatorI* evaluator, double otherwise) const;
   void displayAs(std::ostream& stream, const char* relation) const;
 
-  ZylNumExprI* _left;
-  ZylNumExprI* _right;
+  auto fields() { return zyl::fields("left", _left, "right", _right); }
+  zyl::Held<ZylNumExprI> _left;
+  zyl::Held<ZylNumExprI> _right;
   long _flags;
 };
 
 // A comparison class: its name, and the bounds that its right operand gives its left one.
-#define ZYL_COMPARISON_CLASS(Class, Bounds)                                                \
-  class ZYL_EXPORT Class final : public ZylBinaryNumConstraintI {                          \
-    ZYL_TYPE(Class, ZylBinaryNumConstraintI)                                               \
-    ZYL_CP_HOOKS(Class)                                                                    \
-   public:                                                                                 \
-    Class(ZylEnvI* env, ZylNumExprI* left, ZylNumExprI* right, const char* name = nullptr) \
-        : ZylBinaryNumConstraintI(env, left, right, name) {}                               \
-    ZylExtractableI* makeClone(ZylEnvI* env) const override;                               \
-    void display(std::ostream& stream) const override;                                     \
-    double eval(const ZylAlgorithm algorithm) const override;                              \
-    Bounds                                                                                 \
+#define ZYL_COMPARISON_CLASS(Class, Bounds)                                           \
+  class ZYL_EXPORT Class final : public zyl::Record<Class, ZylBinaryNumConstraintI> { \
+    ZYL_RECORD(Class, ZylBinaryNumConstraintI)                                        \
+   public:                                                                            \
+    using Record::Record;                                                             \
+    void display(std::ostream& stream) const override;                                \
+    double eval(const ZylAlgorithm algorithm) const override;                         \
+    Bounds                                                                            \
   };
 #define ZYL_GETS_LB \
   double getLb(ZylModelEvaluatorI* evaluator) const { return rightValue(evaluator, -ZylInfinity); }

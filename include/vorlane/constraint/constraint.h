@@ -5,12 +5,12 @@
 
 #include "vorlane/expr/num_expr.h"
 #include "vorlane/model/extractable_array.h"
+#include "vorlane/model/record.h"
 
 /// A constraint: an integer expression of value 1 where it holds and 0 where it does not. Not
 /// counted: it lives until it is ended, and ending it removes it from everything.
 class ZYL_EXPORT ZylConstraintI : public ZylIntExprI {
-  ZYL_TYPE(ZylConstraintI, ZylIntExprI)
-  ZYL_CP_HOOKS(ZylConstraintI)
+  ZYL_EXTRACTABLE(ZylConstraintI, ZylIntExprI)
  public:
   /// Hooks of an engine for a constraint that joins or leaves it; null hooks raise.
   static void (*_addToCP)(ZylAlgorithm algorithm, const ZylConstraintI* object, void* handle);
@@ -43,20 +43,19 @@ class ZYL_EXPORT ZylConstraintArray
 };
 
 /// A constant truth.
-class ZYL_EXPORT ZylConstConstraintI final : public ZylConstraintI {
-  ZYL_TYPE(ZylConstConstraintI, ZylConstraintI)
-  ZYL_CP_HOOKS(ZylConstConstraintI)
+class ZYL_EXPORT ZylConstConstraintI final
+    : public zyl::Record<ZylConstConstraintI, ZylConstraintI> {
+  ZYL_RECORD(ZylConstConstraintI, ZylConstraintI)
  public:
   ZylConstConstraintI(ZylEnvI* env, long isTrue, const char* name = nullptr)
-      : ZylConstraintI(env, name), _isTrue(isTrue) {}
+      : Record(env, name), _isTrue(isTrue) {}
 
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   double eval(const ZylAlgorithm algorithm) const override;
   virtual bool isTrue() const;
 
  private:
+  auto fields() { return zyl::fields("isTrue", _isTrue); }
   long _isTrue;
 };
 

@@ -41,8 +41,7 @@ class ZYL_EXPORT ZylGeneratorI : public ZylExtractableI {
 
 /// Generators in order. Counted as expressions are; holds one reference on each generator.
 class ZYL_EXPORT ZylComprehensionI : public ZylExtractableI {
-  ZYL_TYPE(ZylComprehensionI, ZylExtractableI)
-  ZYL_CP_HOOKS(ZylComprehensionI)
+  ZYL_EXTRACTABLE(ZylComprehensionI, ZylExtractableI)
  public:
   /// Copies the array of generators.
   ZylComprehensionI(ZylEnvI* env, long count, ZylGeneratorI* const* generators);
@@ -68,36 +67,32 @@ class ZYL_EXPORT ZylComprehensionI : public ZylExtractableI {
 };
 
 /// A constraint for each binding of a comprehension.
-class ZYL_EXPORT ZylForAllI final : public ZylConstraintI {
-  ZYL_TYPE(ZylForAllI, ZylConstraintI)
-  ZYL_CP_HOOKS(ZylForAllI)
+class ZYL_EXPORT ZylForAllI final : public zyl::Record<ZylForAllI, ZylConstraintI> {
+  ZYL_RECORD(ZylForAllI, ZylConstraintI)
  public:
   ZylForAllI(ZylComprehensionI* comprehension, ZylConstraintI* constraint,
              const char* name = nullptr);
-  ~ZylForAllI() override;
 
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   ZylConstraintI* getInnerConstraint() override;
   ZylComprehensionI* getComprehension() const noexcept { return _comprehension; }
   ZylConstraintI* getConstraint() const noexcept { return _constraint; }
 
  private:
-  ZylComprehensionI* _comprehension;
-  ZylConstraintI* _constraint;
+  auto fields() { return zyl::fields("comprehension", _comprehension, "constraint", _constraint); }
+  zyl::Held<ZylComprehensionI> _comprehension;
+  zyl::Ref<ZylConstraintI> _constraint;
   ZylConstraintI* _inner;  // below all quantifiers
 };
 
 /// One range of a quantified constraint, by its index.
-class ZYL_EXPORT ZylForAllRangeI final : public ZylConstraintI {
-  ZYL_TYPE(ZylForAllRangeI, ZylConstraintI)
-  ZYL_CP_HOOKS(ZylForAllRangeI)
+class ZYL_EXPORT ZylForAllRangeI final : public zyl::Record<ZylForAllRangeI, ZylConstraintI> {
+  ZYL_RECORD(ZylForAllRangeI, ZylConstraintI)
  public:
   ZylForAllRangeI(ZylEnvI* env, ZylForAllI* forAll, long index, const char* name = nullptr)
-      : ZylConstraintI(env, name), _forAll(forAll), _index(index) {}
+      : Record(env, name), _forAll(forAll), _index(index) {}
 
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
+  /// Shows nothing: the range does not keep its quantified constraint, nor go with it.
   void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   ZylForAllI* getForAll() const noexcept { return _forAll; }
@@ -111,7 +106,8 @@ class ZYL_EXPORT ZylForAllRangeI final : public ZylConstraintI {
   void setCoef(const ZylNumVarArray& variables, const ZylNumArray& coefs);
 
  private:
-  ZylForAllI* _forAll;
+  auto fields() { return zyl::fields("forAll", _forAll, "index", _index); }
+  zyl::Ref<ZylForAllI> _forAll;
   long _index;
 };
 

@@ -8,8 +8,7 @@
 
 /// A variable of 0 and 1 that says whether a constraint holds. Goes with the constraint.
 class ZYL_EXPORT ZylConstraintIndVarI final : public ZylNumVarI {
-  ZYL_TYPE(ZylConstraintIndVarI, ZylNumVarI)
-  ZYL_CP_HOOKS(ZylConstraintIndVarI)
+  ZYL_EXTRACTABLE(ZylConstraintIndVarI, ZylNumVarI)
  public:
   ZylConstraintIndVarI(ZylEnvI* env, ZylConstraintI* constraint);
 

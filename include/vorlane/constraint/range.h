@@ -16,8 +16,7 @@
 /// as `x <= 3`. Equal bounds make an equation; crossed bounds are accepted, and nothing satisfies
 /// them.
 class ZYL_EXPORT ZylRangeI final : public ZylConstraintI {
-  ZYL_TYPE(ZylRangeI, ZylConstraintI)
-  ZYL_CP_HOOKS(ZylRangeI)
+  ZYL_EXTRACTABLE(ZylRangeI, ZylConstraintI)
  public:
   /// Walks the terms of an expression in order.
   class ZYL_EXPORT LinearIterator {

@@ -5,21 +5,18 @@
 
 #include "vorlane/expr/var_array.h"
 #include "vorlane/expr/variable_change.h"
+#include "vorlane/model/record.h"
 
 /// Tells an engine to treat the variables as another type; they keep their own domains.
-class ZYL_EXPORT ZylConversionI final : public ZylExtractableI {
-  ZYL_TYPE(ZylConversionI, ZylExtractableI)
-  ZYL_CP_HOOKS(ZylConversionI)
+class ZYL_EXPORT ZylConversionI final : public zyl::Record<ZylConversionI, ZylExtractableI> {
+  ZYL_RECORD(ZylConversionI, ZylExtractableI)
  public:
   /// Takes the array over.
   ZylConversionI(ZylEnvI* env, const ZylNumVarArray& variables, ZylNumVar::Type type,
-                 const char* name = nullptr);
-  ~ZylConversionI() override;
-
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
+                 const char* name = nullptr)
+      : Record(env, name), _variables(variables), _type(type) {}
+  /// Variables that are removed drop out.
   void atRemove(ZylExtractableI* removed, void* extra) override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
-  void display(std::ostream& stream) const override;
 
   /// Takes every occurrence of the variable out, each with a `ZylConversionRemoveVar`.
   void removeVar(const ZylNumVar& variable);
@@ -27,8 +24,19 @@ class ZYL_EXPORT ZylConversionI final : public ZylExtractableI {
   ZylNumVar::Type getType() const noexcept { return _type; }
 
  private:
-  ZylNumVarArray _variables;
+  auto fields() { return zyl::fields("vars", _variables, "type", _type); }
+  zyl::Owned<ZylNumVarArray> _variables;
   ZylNumVar::Type _type;
+};
+
+ZYL_CHANGE_FIELD(Conversion, ZylConversionI*, ZylConversionI*, getConversionI)
+
+/// A variable left a conversion.
+class ZYL_EXPORT ZylConversionRemoveVar final
+    : public zyl::LeftFrom<zyl::change::Var, zyl::change::Conversion> {
+  ZYL_CHANGE(ZylConversionRemoveVar, ZylChange)
+ public:
+  using LeftFrom::LeftFrom;
 };
 
 /// Handle of a conversion. Raises `ZylEmptyHandleException` for an empty argument; arrays are

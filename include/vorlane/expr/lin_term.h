@@ -68,8 +68,7 @@ class ZYL_EXPORT ZylIntLinExprTerm : public zyl::detail::TermHandle {
 
 /// A linear sum with a double constant.
 class ZYL_EXPORT ZylNumLinTermI : public ZylNumExprI {
-  ZYL_TYPE(ZylNumLinTermI, ZylNumExprI)
-  ZYL_CP_HOOKS(ZylNumLinTermI)
+  ZYL_EXTRACTABLE(ZylNumLinTermI, ZylNumExprI)
  public:
   /// An empty sum with the constant.
   ZylNumLinTermI(ZylEnvI* env, double constant);
@@ -153,8 +152,7 @@ class ZYL_EXPORT ZylNumLinTermI : public ZylNumExprI {
 /// A linear sum of integer variables with an integer constant. Never normalised itself: it is after
 /// conversion to a `ZylNumLinTermI`.
 class ZYL_EXPORT ZylIntLinTermI : public ZylIntExprI {
-  ZYL_TYPE(ZylIntLinTermI, ZylIntExprI)
-  ZYL_CP_HOOKS(ZylIntLinTermI)
+  ZYL_EXTRACTABLE(ZylIntLinTermI, ZylIntExprI)
  public:
   ZylIntLinTermI(ZylEnvI* env, long constant);
   explicit ZylIntLinTermI(const ZylIntLinExprTerm& term);
@@ -198,30 +196,6 @@ class ZYL_EXPORT ZylIntLinTermI : public ZylIntExprI {
   long _constant;
   zyl::detail::ItemList _items;
 };
-
-// What the changes of a linear node share: the node and the variable.
-#define ZYL_LIN_TERM_CHANGE(Class, Node)                                          \
-  class ZYL_EXPORT Class final : public ZylChange {                               \
-    ZYL_CHANGE(Class, ZylChange)                                                  \
-   public:                                                                        \
-    Class(Node* node, ZylNumVarI* variable) : _node(node), _variable(variable) {} \
-    ZylExtractableI* getChangedExtractable() const override { return _node; }     \
-    Node* getExpr() const noexcept { return _node; }                              \
-    ZylNumVar getVar() const { return ZylNumVar(_variable); }                     \
-                                                                                  \
-   private:                                                                       \
-    Node* _node;                                                                  \
-    ZylNumVarI* _variable;                                                        \
-  };
-
-/// A variable joined the node.
-ZYL_LIN_TERM_CHANGE(ZylNumLinTermAddVar, ZylNumLinTermI)
-/// A variable's term was removed from the node, or its coefficient replaced.
-ZYL_LIN_TERM_CHANGE(ZylNumLinTermRemoveVar, ZylNumLinTermI)
-/// A variable's term was removed from an integer node.
-ZYL_LIN_TERM_CHANGE(ZylIntLinTermRemoveVar, ZylIntLinTermI)
-
-#undef ZYL_LIN_TERM_CHANGE
 
 /// Raises `ZylNumExpr::NonLinearExpression` unless the expression is a linear node without
 /// non-linear parts, `ZylEmptyHandleException` for null.

@@ -5,6 +5,7 @@
 
 #include "vorlane/env/object.h"
 #include "vorlane/expr/expr_array.h"
+#include "vorlane/model/record.h"
 
 /// A lexicographic list of expressions.
 ///
@@ -34,7 +35,7 @@ class ZYL_EXPORT ZylMultiCriterionExprI final : public ZylEnvObjectI {
 
  private:
   Type _type;
-  ZylNumExprArray _exprs;
+  zyl::Owned<ZylNumExprArray> _exprs;
   char* _name;
 };
 

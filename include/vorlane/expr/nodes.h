@@ -9,34 +9,33 @@
 #define ZYL_EXPR_NODES_H
 
 #include "vorlane/expr/expr_array.h"
+#include "vorlane/model/record.h"
 
 namespace zyl::detail {
 
 /// A node of one operand: `getOperand`.
 template <class Node, class Base, class Operand>
-class ZYL_EXPORT UnaryNode : public Base {
+class ZYL_EXPORT UnaryNode : public Record<Node, Base> {
  public:
   UnaryNode(ZylEnvI* env, Operand* operand);
   ~UnaryNode() override;
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   bool isInteger() const override;
 
   Operand* getOperand() const noexcept { return _operand; }
 
  private:
-  Operand* _operand;
+  friend Record<Node, Base>;
+  auto fields() { return zyl::fields("operand", _operand); }
+  Held<Operand> _operand;
 };
 
 /// A node of two operands: `getLeft`, `getRight`.
 template <class Node, class Base, class Operand>
-class ZYL_EXPORT BinaryNode : public Base {
+class ZYL_EXPORT BinaryNode : public Record<Node, Base> {
  public:
   BinaryNode(ZylEnvI* env, Operand* left, Operand* right);
   ~BinaryNode() override;
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   bool isInteger() const override;
 
@@ -44,19 +43,19 @@ class ZYL_EXPORT BinaryNode : public Base {
   Operand* getRight() const noexcept { return _right; }
 
  private:
-  Operand* _left;
-  Operand* _right;
+  friend Record<Node, Base>;
+  auto fields() { return zyl::fields("left", _left, "right", _right); }
+  Held<Operand> _left;
+  Held<Operand> _right;
 };
 
 /// A node of one operand and a number: `getOperand`, `getConstant`. In the classes with Rec in
 /// their name the number is the left side.
 template <class Node, class Base, class Operand, class Constant>
-class ZYL_EXPORT ConstantNode : public Base {
+class ZYL_EXPORT ConstantNode : public Record<Node, Base> {
  public:
   ConstantNode(ZylEnvI* env, Operand* operand, Constant constant);
   ~ConstantNode() override;
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   bool isInteger() const override;
 
@@ -64,45 +63,42 @@ class ZYL_EXPORT ConstantNode : public Base {
   Constant getConstant() const noexcept { return _constant; }
 
  private:
-  Operand* _operand;
+  friend Record<Node, Base>;
+  auto fields() { return zyl::fields("operand", _operand, "constant", _constant); }
+  Held<Operand> _operand;
   Constant _constant;
 };
 
-/// A node over an array of expressions, which it takes over, and whose elements it holds.
-template <class Base, class Array>
-class ZYL_EXPORT ArrayNode : public Base {
+/// The extreme of an array, which the node takes over. Elements that are removed from the
+/// environment drop out of it.
+template <class Node, class Base, class Array>
+class ZYL_EXPORT ExtremeNode : public Record<Node, Base> {
  public:
-  ArrayNode(ZylEnvI* env, const Array& array);
-  ~ArrayNode() override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
+  static constexpr RecordRow Row{.shrinks = true};
+
+  ExtremeNode(ZylEnvI* env, const Array& array);
+  ~ExtremeNode() override;
+  void display(std::ostream& stream) const override;
+  bool isInteger() const override;
 
   const Array& getArray() const noexcept { return _array; }
 
- protected:
-  Array _array;
-};
-
-/// The extreme of an array. Elements that are removed from the environment drop out of it.
-template <class Node, class Base, class Array>
-class ZYL_EXPORT ExtremeNode : public ArrayNode<Base, Array> {
- public:
-  using ArrayNode<Base, Array>::ArrayNode;
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void atRemove(ZylExtractableI* removed, void* extra) override;
-  void display(std::ostream& stream) const override;
-  bool isInteger() const override;
+ private:
+  friend Record<Node, Base>;
+  auto fields() { return zyl::fields("array", _array); }
+  Owned<Array> _array;
 };
 
 /// The element of an array, which the node takes over, at the value of an index, truncated toward
-/// zero: `getIndex`, `getArray`. Outside the array the value is 0.
+/// zero: `getIndex`, `getArray`. Outside the array the value is 0. Elements that are removed drop
+/// out, which moves those behind them.
 template <class Node, class Base, class Array>
-class ZYL_EXPORT ElementNode : public Base {
+class ZYL_EXPORT ElementNode : public Record<Node, Base> {
  public:
+  static constexpr RecordRow Row{.shrinks = HasExtractables<Array>};
+
   ElementNode(ZylEnvI* env, ZylIntExprI* index, const Array& array);
   ~ElementNode() override;
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void atRemove(ZylExtractableI* removed, void* extra) override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
   void display(std::ostream& stream) const override;
   bool isInteger() const override;
   double eval(const ZylAlgorithm algorithm) const override;
@@ -111,8 +107,10 @@ class ZYL_EXPORT ElementNode : public Base {
   const Array& getArray() const noexcept { return _array; }
 
  private:
-  ZylIntExprI* _index;
-  Array _array;
+  friend Record<Node, Base>;
+  auto fields() { return zyl::fields("index", _index, "array", _array); }
+  Held<ZylIntExprI> _index;
+  Owned<Array> _array;
 };
 
 }  // namespace zyl::detail
@@ -121,8 +119,7 @@ class ZYL_EXPORT ElementNode : public Base {
   class Class;                                                     \
   extern template class zyl::detail::__VA_ARGS__;                  \
   class ZYL_EXPORT Class final : public zyl::detail::__VA_ARGS__ { \
-    ZYL_TYPE(Class, Base)                                          \
-    ZYL_CP_HOOKS(Class)                                            \
+    ZYL_EXTRACTABLE(Class, Base)                                   \
     using Family = zyl::detail::__VA_ARGS__;                       \
                                                                    \
    public:                                                         \
@@ -146,56 +143,61 @@ class ZYL_EXPORT ElementNode : public Base {
 #undef ZYL_EVAL_
 
 /// The number of elements that have a given value.
-class ZYL_EXPORT ZylCountI final : public zyl::detail::ArrayNode<ZylIntExprI, ZylIntExprArray> {
-  ZYL_TYPE(ZylCountI, ZylIntExprI)
-  ZYL_CP_HOOKS(ZylCountI)
+class ZYL_EXPORT ZylCountI final : public zyl::Record<ZylCountI, ZylIntExprI> {
+  ZYL_RECORD(ZylCountI, ZylIntExprI)
  public:
-  ZylCountI(ZylEnvI* env, const ZylIntExprArray& array, long value);
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
+  /// Takes the array over.
+  ZylCountI(ZylEnvI* env, const ZylIntExprArray& array, long value)
+      : Record(env), _array(array), _value(value) {}
   void display(std::ostream& stream) const override;
   double eval(const ZylAlgorithm algorithm) const override;
 
+  const ZylIntExprArray& getArray() const noexcept { return _array; }
   long getValue() const noexcept { return _value; }
 
  private:
+  auto fields() { return zyl::fields("array", _array, "value", _value); }
+  zyl::Owned<ZylIntExprArray> _array;
   long _value;
 };
 
 /// The population standard deviation of the elements: the root of the mean squared distance from
 /// their mean. The two limits of the mean are data for an engine; evaluation ignores them.
 class ZYL_EXPORT ZylStandardDeviationI final
-    : public zyl::detail::ArrayNode<ZylNumExprI, ZylIntExprArray> {
-  ZYL_TYPE(ZylStandardDeviationI, ZylNumExprI)
-  ZYL_CP_HOOKS(ZylStandardDeviationI)
+    : public zyl::Record<ZylStandardDeviationI, ZylNumExprI> {
+  ZYL_RECORD(ZylStandardDeviationI, ZylNumExprI)
  public:
+  /// Takes the array over.
   ZylStandardDeviationI(ZylEnvI* env, const ZylIntExprArray& array, double lowerMean,
-                        double upperMean);
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
+                        double upperMean)
+      : Record(env), _array(array), _lowerMean(lowerMean), _upperMean(upperMean) {}
   void display(std::ostream& stream) const override;
   double eval(const ZylAlgorithm algorithm) const override;
   /// Evaluates each element twice. Raises `ZylArrayError` for an empty array.
   static double Eval(const ZylAlgorithm& algorithm, const ZylIntExprArray& array);
 
+  const ZylIntExprArray& getArray() const noexcept { return _array; }
   double getLowerMean() const noexcept { return _lowerMean; }
   double getUpperMean() const noexcept { return _upperMean; }
 
  private:
+  auto fields() { return zyl::fields("array", _array, "lower", _lowerMean, "upper", _upperMean); }
+  zyl::Owned<ZylIntExprArray> _array;
   double _lowerMean;
   double _upperMean;
 };
 
 /// A client's monotonic function of an expression. The inverse is data for an engine.
-class ZYL_EXPORT ZylMonotonicNumExprI final : public ZylNumExprI {
-  ZYL_TYPE(ZylMonotonicNumExprI, ZylNumExprI)
-  ZYL_CP_HOOKS(ZylMonotonicNumExprI)
+class ZYL_EXPORT ZylMonotonicNumExprI final
+    : public zyl::Record<ZylMonotonicNumExprI, ZylNumExprI> {
+  ZYL_RECORD(ZylMonotonicNumExprI, ZylNumExprI)
  public:
   using Function = double (*)(double);
 
   ZylMonotonicNumExprI(ZylEnvI* env, ZylNumExprI* operand, Function function, Function inverse,
-                       long decreasing);
-  ~ZylMonotonicNumExprI() override;
-  ZylExtractableI* makeClone(ZylEnvI* env) const override;
-  void visitSubExtractables(ZylExtractableVisitor* visitor) override;
+                       long decreasing)
+      : Record(env), _operand(operand), _function(function), _inverse(inverse),
+        _decreasing(decreasing) {}
   void display(std::ostream& stream) const override;
   double eval(const ZylAlgorithm algorithm) const override;
 
@@ -205,7 +207,11 @@ class ZYL_EXPORT ZylMonotonicNumExprI final : public ZylNumExprI {
   bool isDecreasing() const noexcept { return _decreasing != 0; }
 
  private:
-  ZylNumExprI* _operand;
+  auto fields() {
+    return zyl::fields("operand", _operand, "function", _function, "inverse", _inverse,
+                       "decreasing", _decreasing);
+  }
+  zyl::Held<ZylNumExprI> _operand;
   Function _function;
   Function _inverse;
   long _decreasing;

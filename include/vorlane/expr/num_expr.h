@@ -19,8 +19,7 @@ class ZylNumLinTermI;
 
 /// A numeric expression.
 class ZYL_EXPORT ZylNumExprI : public ZylExtractableI {
-  ZYL_TYPE(ZylNumExprI, ZylExtractableI)
-  ZYL_CP_HOOKS(ZylNumExprI)
+  ZYL_EXTRACTABLE(ZylNumExprI, ZylExtractableI)
  public:
   explicit ZylNumExprI(ZylEnvI* env, const char* name = nullptr)
       : ZylExtractableI(env, name), _count(0) {}
@@ -57,8 +56,7 @@ class ZYL_EXPORT ZylNumExprI : public ZylExtractableI {
 
 /// An integer expression.
 class ZYL_EXPORT ZylIntExprI : public ZylNumExprI {
-  ZYL_TYPE(ZylIntExprI, ZylNumExprI)
-  ZYL_CP_HOOKS(ZylIntExprI)
+  ZYL_EXTRACTABLE(ZylIntExprI, ZylNumExprI)
  public:
   explicit ZylIntExprI(ZylEnvI* env, const char* name = nullptr) : ZylNumExprI(env, name) {}
 

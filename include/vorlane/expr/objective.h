@@ -28,8 +28,7 @@ enum ObjectiveSense : int { Minimize = 1, Maximize = -1 };
 /// Holds one reference on its expression, which is a linear node; never alters an expression that
 /// somebody else holds.
 class ZYL_EXPORT ZylObjectiveI final : public ZylExtractableI {
-  ZYL_TYPE(ZylObjectiveI, ZylExtractableI)
-  ZYL_CP_HOOKS(ZylObjectiveI)
+  ZYL_EXTRACTABLE(ZylObjectiveI, ZylExtractableI)
  public:
   using Sense = zyl::ObjectiveSense;
 

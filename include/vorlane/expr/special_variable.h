@@ -7,8 +7,7 @@
 
 /// A variable that is 0 or lies between a threshold and its upper bound.
 class ZYL_EXPORT ZylSemiContVarI final : public ZylNumVarI {
-  ZYL_TYPE(ZylSemiContVarI, ZylNumVarI)
-  ZYL_CP_HOOKS(ZylSemiContVarI)
+  ZYL_EXTRACTABLE(ZylSemiContVarI, ZylNumVarI)
  public:
   /// Of `type` over [0, upper].
   ZylSemiContVarI(ZylEnvI* env, double threshold, double upper, Type type,

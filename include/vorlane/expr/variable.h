@@ -24,8 +24,7 @@ enum VariableType : int { Int = 1, Float = 2, Bool = 3 };
 ///
 /// Bounds are not compared anywhere: a lower bound above the upper one is accepted.
 class ZYL_EXPORT ZylNumVarI : public ZylIntExprI {
-  ZYL_TYPE(ZylNumVarI, ZylIntExprI)
-  ZYL_CP_HOOKS(ZylNumVarI)
+  ZYL_EXTRACTABLE(ZylNumVarI, ZylIntExprI)
  public:
   using Type = zyl::VariableType;
 

@@ -6,90 +6,42 @@
 #include "vorlane/expr/var_array.h"
 #include "vorlane/model/change.h"
 
+ZYL_CHANGE_FIELD(Var, ZylNumVarI*, ZylNumVar, getVar)
+ZYL_CHANGE_FIELD(SemiContVar, ZylSemiContVarI*, ZylNumVar, getVar)
+ZYL_CHANGE_FIELD(Vars, ZylNumVarArray, const ZylNumVarArray&, getVars)
+ZYL_CHANGE_FIELD(NumValues, ZylNumArray, const ZylNumArray&, getNumValues)
+ZYL_CHANGE_FIELD(IntValues, ZylIntArray, const ZylIntArray&, getIntValues)
+
 /// The bounds of a variable were set; they are as the client gave them, not as rounded.
-class ZYL_EXPORT ZylSetNumVarBounds final : public ZylChange {
+class ZYL_EXPORT ZylSetNumVarBounds final
+    : public zyl::ChangeOf<zyl::change::Var, zyl::change::LB, zyl::change::UB> {
   ZYL_CHANGE(ZylSetNumVarBounds, ZylChange)
  public:
-  ZylSetNumVarBounds(ZylNumVarI* variable, double lower, double upper)
-      : _variable(variable), _lower(lower), _upper(upper) {}
-  ZylExtractableI* getChangedExtractable() const override { return _variable; }
-  ZylNumVar getVar() const { return ZylNumVar(_variable); }
-  double getLB() const noexcept { return _lower; }
-  double getUB() const noexcept { return _upper; }
-
- private:
-  ZylNumVarI* _variable;
-  double _lower;
-  double _upper;
+  using ChangeOf::ChangeOf;
 };
 
 /// The values of a variable were set; one of the two arrays is an empty handle.
-class ZYL_EXPORT ZylSetNumVarPossibleValues final : public ZylChange {
+class ZYL_EXPORT ZylSetNumVarPossibleValues final
+    : public zyl::ChangeOf<zyl::change::Var, zyl::change::NumValues, zyl::change::IntValues> {
   ZYL_CHANGE(ZylSetNumVarPossibleValues, ZylChange)
  public:
-  ZylSetNumVarPossibleValues(ZylNumVarI* variable, const ZylNumArray& numValues,
-                             const ZylIntArray& intValues)
-      : _variable(variable), _numValues(numValues), _intValues(intValues) {}
-  ZylExtractableI* getChangedExtractable() const override { return _variable; }
-  ZylNumVar getVar() const { return ZylNumVar(_variable); }
-  const ZylNumArray& getNumValues() const noexcept { return _numValues; }
-  const ZylIntArray& getIntValues() const noexcept { return _intValues; }
-
- private:
-  ZylNumVarI* _variable;
-  ZylNumArray _numValues;
-  ZylIntArray _intValues;
+  using ChangeOf::ChangeOf;
 };
 
 /// The bounds of variables were set in one call. Each of them was announced before, too.
-class ZYL_EXPORT ZylSetNumVarArrayBounds final : public ZylChange {
+class ZYL_EXPORT ZylSetNumVarArrayBounds final
+    : public zyl::ChangeOf<zyl::change::Vars, zyl::change::LBs, zyl::change::UBs> {
   ZYL_CHANGE(ZylSetNumVarArrayBounds, ZylChange)
  public:
-  ZylSetNumVarArrayBounds(const ZylNumVarArray& variables, const ZylNumArray& lower,
-                          const ZylNumArray& upper)
-      : _variables(variables), _lower(lower), _upper(upper) {}
-  bool isApplyingOnArray() const override { return true; }
-  ZylExtractableArray getChangedExtractableArray() const override { return _variables; }
-  const ZylNumVarArray& getVars() const noexcept { return _variables; }
-  const ZylNumArray& getLBs() const noexcept { return _lower; }
-  const ZylNumArray& getUBs() const noexcept { return _upper; }
-
- private:
-  ZylNumVarArray _variables;
-  ZylNumArray _lower;
-  ZylNumArray _upper;
+  using ChangeOf::ChangeOf;
 };
 
 /// The threshold of a semi-continuous variable was set.
-class ZYL_EXPORT ZylSetSemiContBound final : public ZylChange {
+class ZYL_EXPORT ZylSetSemiContBound final
+    : public zyl::ChangeOf<zyl::change::SemiContVar, zyl::change::OldValue, zyl::change::NewValue> {
   ZYL_CHANGE(ZylSetSemiContBound, ZylChange)
  public:
-  ZylSetSemiContBound(ZylSemiContVarI* variable, double oldValue, double newValue)
-      : _variable(variable), _oldValue(oldValue), _newValue(newValue) {}
-  ZylExtractableI* getChangedExtractable() const override { return _variable; }
-  ZylNumVar getVar() const { return ZylNumVar(_variable); }
-  double getOldValue() const noexcept { return _oldValue; }
-  double getNewValue() const noexcept { return _newValue; }
-
- private:
-  ZylSemiContVarI* _variable;
-  double _oldValue;
-  double _newValue;
-};
-
-/// A variable left a conversion.
-class ZYL_EXPORT ZylConversionRemoveVar final : public ZylChange {
-  ZYL_CHANGE(ZylConversionRemoveVar, ZylChange)
- public:
-  ZylConversionRemoveVar(ZylNumVarI* variable, ZylConversionI* conversion)
-      : _variable(variable), _conversion(conversion) {}
-  ZylExtractableI* getChangedExtractable() const override;
-  ZylNumVar getVar() const { return ZylNumVar(_variable); }
-  ZylConversionI* getConversionI() const noexcept { return _conversion; }
-
- private:
-  ZylNumVarI* _variable;
-  ZylConversionI* _conversion;
+  using ChangeOf::ChangeOf;
 };
 
 /// The family of entries for a new numeric variable.
@@ -102,5 +54,36 @@ class ZYL_EXPORT ZylAddNumVar : public ZylAddExtractable {
  protected:
   ZylAddNumVar() = default;
 };
+
+namespace zyl {
+
+/// The entry of a new variable in an object: one link of a column. `Changed` is the object, and
+/// `apply` states the edit. The fields are given to the constructor in order.
+template <class Class, class Changed, class... Fields>
+class ZYL_EXPORT EntryOf : public ZylAddNumVar, public Changed, public Fields... {
+ public:
+  explicit EntryOf(const typename Changed::Argument& changed,
+                   const typename Fields::Argument&... fields)
+      : Changed(changed), Fields(fields)... {}
+
+  ZylAddExtractable* getCopy(ZylEnvI* env) const override {
+    return ::new (env->alloc(sizeof(Class))) Class(static_cast<const Class&>(*this));
+  }
+  void destroy(ZylEnvI* env) override {
+    auto* entry = static_cast<Class*>(this);
+    entry->~Class();
+    env->free(entry, sizeof(Class));
+  }
+  ZylExtractableI* what() const override { return Changed::argument(); }
+  /// The variable joins the object.
+  void visitChange(ZylEnvI*, ZylExtractableI*, ZylChangeVisitor* visitor) const override {
+    visitor->addSubExtractable(Changed::argument(),
+                               const_cast<ZylExtractableI*>(getObj()));  // NOLINT: handed out
+  }
+};
+
+}  // namespace zyl
+
+ZYL_CHANGE_FIELD(Value, double, double, getValue)
 
 #endif

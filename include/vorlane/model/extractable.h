@@ -26,9 +26,11 @@ namespace zyl::detail {
 [[noreturn]] ZYL_EXPORT void raiseRemoveFailure();
 }  // namespace zyl::detail
 
-// The engine hooks of a class: static function pointers that an engine layer fills in,
-// process-wide, and the virtual operations that call them with the object itself. Null hooks raise.
-#define ZYL_CP_HOOKS(Class)                                                               \
+// What every class that an engine may extract declares: its type, its pool, and its engine hooks,
+// static function pointers that an engine layer fills in, process-wide, with the virtual operations
+// that call them with the object itself. Null hooks raise.
+#define ZYL_EXTRACTABLE(Class, Base)                                                      \
+  ZYL_TYPE(Class, Base)                                                                   \
  public:                                                                                  \
   static void* (*_extractCP)(ZylAlgorithm algorithm, const Class* object);                \
   static void (*_unextractCP)(ZylAlgorithm algorithm, const Class* object, void* handle); \
@@ -40,7 +42,8 @@ namespace zyl::detail {
  private:
 
 // In the class's source, which includes model/algorithm_handle.h.
-#define ZYL_CP_HOOKS_DEF(Class)                                             \
+#define ZYL_EXTRACTABLE_DEF(Class, Base)                                    \
+  ZYL_TYPE_DEF(Class, Base)                                                 \
   void* (*Class::_extractCP)(ZylAlgorithm, const Class*) = nullptr;         \
   void (*Class::_unextractCP)(ZylAlgorithm, const Class*, void*) = nullptr; \
   void (*Class::_modifyCP)(ZylAlgorithm, const Class*, void*) = nullptr;    \

@@ -3,7 +3,7 @@
 #ifndef ZYL_MODEL_MODEL_H
 #define ZYL_MODEL_MODEL_H
 
-#include "vorlane/model/change.h"
+#include "vorlane/model/extractable_array.h"
 #include "vorlane/model/extractable_list.h"
 
 /// An ordered bag of extractables, itself an extractable: models nest.
@@ -11,8 +11,7 @@
 /// Holds references and owns nothing: taking an element out does not end it, ending the model
 /// leaves the elements alive. Duplicates are kept.
 class ZYL_EXPORT ZylModelI : public ZylExtractableI {
-  ZYL_TYPE(ZylModelI, ZylExtractableI)
-  ZYL_CP_HOOKS(ZylModelI)
+  ZYL_EXTRACTABLE(ZylModelI, ZylExtractableI)
  public:
   using Iterator = ZylExtractableList::Iterator;
 
@@ -69,60 +68,6 @@ class ZYL_EXPORT ZylModel : public ZylExtractable {
    private:
     ZylModelI::Iterator _cells;
   };
-};
-
-/// One element was appended to a model.
-class ZYL_EXPORT ZylAddOneToModel final : public ZylChange {
-  ZYL_CHANGE(ZylAddOneToModel, ZylChange)
- public:
-  ZylAddOneToModel(ZylModelI* model, ZylExtractableI* element) : _model(model), _element(element) {}
-  ZylExtractableI* getChangedExtractable() const override { return _model; }
-  ZylModelI* getModel() const noexcept { return _model; }
-  ZylExtractableI* getElement() const noexcept { return _element; }
-
- private:
-  ZylModelI* _model;
-  ZylExtractableI* _element;
-};
-
-namespace zyl::detail {
-/// A model and elements that joined or left it; ends the array if it made it itself.
-class ZYL_EXPORT ModelArrayChange : public ZylChange {
- public:
-  ModelArrayChange(const ModelArrayChange&) = delete;
-  ModelArrayChange& operator=(const ModelArrayChange&) = delete;
-  ~ModelArrayChange() override;
-  ZylExtractableI* getChangedExtractable() const override { return _model; }
-  ZylModelI* getModel() const noexcept { return _model; }
-  const ZylExtractableArray& getElements() const noexcept { return _elements; }
-
- protected:
-  ModelArrayChange(ZylModelI* model, const ZylExtractableArray& elements)
-      : _model(model), _elements(elements), _owned(0) {}
-  ModelArrayChange(ZylModelI* model, ZylExtractableI* element);
-  ZylModelI* _model;
-  ZylExtractableArray _elements;
-  long _owned;
-};
-}  // namespace zyl::detail
-
-/// Elements were appended to a model.
-class ZYL_EXPORT ZylAddToModel final : public zyl::detail::ModelArrayChange {
-  ZYL_CHANGE(ZylAddToModel, ZylChange)
- public:
-  ZylAddToModel(ZylModelI* model, const ZylExtractableArray& elements)
-      : ModelArrayChange(model, elements) {}
-  ZylAddToModel(ZylModelI* model, ZylExtractableI* element) : ModelArrayChange(model, element) {}
-};
-
-/// Elements were taken out of a model.
-class ZYL_EXPORT ZylRemoveFromModel final : public zyl::detail::ModelArrayChange {
-  ZYL_CHANGE(ZylRemoveFromModel, ZylChange)
- public:
-  ZylRemoveFromModel(ZylModelI* model, const ZylExtractableArray& elements)
-      : ModelArrayChange(model, elements) {}
-  ZylRemoveFromModel(ZylModelI* model, ZylExtractableI* element)
-      : ModelArrayChange(model, element) {}
 };
 
 #endif
