@@ -3,6 +3,7 @@
 #include <concepts>
 
 #include "expr/fixture.h"
+#include "vorlane/model/objective.h"
 
 namespace zyl::test {
 namespace {
@@ -128,6 +129,29 @@ TEST(Overloads, CompileAsWritten) {
   for (const ZylConstraint& constraint : constraints) EXPECT_NE(constraint.getImpl(), nullptr);
   EXPECT_FALSE(ZylSin(2 * i).getImpl()->isInteger());
   EXPECT_TRUE(ZylSgn(b).getImpl()->isInteger());
+  env.end();
+}
+
+// Types and senses can be named where a template is made from them.
+template <class Var>
+concept HasTypes = requires {
+  Var::Int;
+  ZylNumVar::Float;
+  ZylObjective::Minimize;
+};
+static_assert(HasTypes<ClientVar>);
+
+template <class Var>
+struct Maker {
+  Var make(ZylEnv env) requires(Var::Bool != Var::Float) { return Var(env, 0, 1, ZylNumVar::Bool); }
+};
+
+TEST(ZylNumVar, TypeIsNamedInTemplates) {
+  const auto inLambda = [](auto env) { return ZylNumVar(env, 0.0, 1.0, ZylNumVar::Float); };
+  const auto maximized = [](auto x) { return ZylObjective(x.getEnv(), x, ZylObjective::Maximize); };
+  ZylEnv env;
+  EXPECT_EQ(inLambda(env).getType(), ZylNumVar::Float);
+  EXPECT_EQ(maximized(Maker<ClientVar>().make(env)).getSense(), ZylObjective::Maximize);
   env.end();
 }
 

@@ -89,7 +89,9 @@ class ZYL_EXPORT ZylObjective : public ZylExtractable {
   ZYL_HANDLE(ZylObjective, ZylExtractable, ZylObjectiveI)
  public:
   using Sense = zyl::ObjectiveSense;
-  using enum zyl::ObjectiveSense;
+  // Constants, as g++ 12 fails inside templates over enumerators that `using enum` brings in.
+  static constexpr Sense Minimize = zyl::Minimize;
+  static constexpr Sense Maximize = zyl::Maximize;
 
   explicit ZylObjective(const ZylEnv& env, double constant = 0.0, Sense sense = Minimize,
                         const char* name = nullptr);

@@ -100,7 +100,10 @@ class ZYL_EXPORT ZylNumVar : public ZylNumExprArg {
   ZYL_HANDLE(ZylNumVar, ZylNumExprArg, ZylNumVarI)
  public:
   using Type = zyl::VariableType;
-  using enum zyl::VariableType;
+  // Constants, as g++ 12 fails inside templates over enumerators that `using enum` brings in.
+  static constexpr Type Int = zyl::Int;
+  static constexpr Type Float = zyl::Float;
+  static constexpr Type Bool = zyl::Bool;
 
   /// A variable of `type` between the bounds; a bound beyond plus or minus `ZylNumMax` is infinite.
   explicit ZylNumVar(const ZylEnv& env, double lower = 0.0, double upper = ZylInfinity,
