@@ -34,10 +34,14 @@ long ZylDestroyableList::ComparePointers(const ZylDestroyableI* a, const ZylDest
   return a == b ? 1 : 0;
 }
 
+long ZylDestroyableList::indexOf(const ZylDestroyableI* object, long buckets) const {
+  const long index = _hash(object, buckets);
+  if (index < 0 || index >= buckets) ZylRaiseWrongUsage("Hash function returned bad index");
+  return index;
+}
+
 ZylDestroyableList::Entry** ZylDestroyableList::bucketOf(const ZylDestroyableI* object) const {
-  const long index = _hash(object, _nbBuckets);
-  if (index < 0 || index >= _nbBuckets) ZylRaiseWrongUsage("Hash function returned bad index");
-  return &_buckets[index];
+  return &_buckets[indexOf(object, _nbBuckets)];
 }
 
 ZylDestroyableList::Entry** ZylDestroyableList::find(const ZylDestroyableI* object) const {
@@ -58,6 +62,7 @@ void ZylDestroyableList::add(ZylDestroyableI* object) {
   if (find(object) != nullptr) return;
   if (_buckets == nullptr) makeBuckets();
   Entry** bucket = bucketOf(object);
+  if (_size >= 2 * _nbBuckets) checkPlaces(object, 2 * _nbBuckets);
   auto* cell = static_cast<Cell*>(_env->alloc(sizeof(Cell)));
   Entry* entry = nullptr;
   try {
@@ -72,6 +77,14 @@ void ZylDestroyableList::add(ZylDestroyableI* object) {
   *entry = Entry{*bucket, object, cell};
   *bucket = entry;
   if (++_size > 2 * _nbBuckets) growBuckets();
+}
+
+// Nothing is entered or moved before each is known to have a place in the larger table.
+void ZylDestroyableList::checkPlaces(const ZylDestroyableI* added, long buckets) const {
+  indexOf(added, buckets);
+  for (const Cell* cell = _head; cell != nullptr; cell = cell->_next) {
+    indexOf(cell->_object, buckets);
+  }
 }
 
 void ZylDestroyableList::growBuckets() {

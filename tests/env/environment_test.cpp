@@ -280,14 +280,20 @@ TEST(ZylDestroyableList, HoldsEachOnceWhileItGrows) {
   EXPECT_EQ(list.getHead(), nullptr);
 }
 
-TEST(ZylDestroyableList, RefusesAHashOutside) {
+TEST(ZylDestroyableList, AGrowthThatIsRefusedLosesNothing) {
   EnvFixture env;
-  ZylDestroyableList list(
-      env.impl, 1, [](const ZylDestroyableI*, long buckets) { return buckets; },
-      &ZylDestroyableList::ComparePointers);
-  auto* object = new (env.impl) Destroyable(env.impl, "d");
+  // Good for one bucket only.
+  const auto hash = [](const ZylDestroyableI*, long n) { return n == 1 ? 0 : n; };
+  ZylDestroyableList list(env.impl, 1, hash, &ZylDestroyableList::ComparePointers);
+  std::vector<Destroyable*> objects;
+  for (int i = 0; i < 3; ++i) objects.push_back(new (env.impl) Destroyable(env.impl, "d"));
+  list.add(objects[0]);
+  list.add(objects[1]);
   EXPECT_TRUE(
-      RaisesWith<ZylWrongUsage>([&] { list.add(object); }, "Hash function returned bad index"));
+      RaisesWith<ZylWrongUsage>([&] { list.add(objects[2]); }, "Hash function returned bad index"));
+  EXPECT_EQ(list.getBucketCount(), 1);
+  EXPECT_EQ(list.getHead(), objects[1]);
+  for (Destroyable* object : objects) list.remove(object);
   EXPECT_EQ(list.getSize(), 0);
 }
 

@@ -17,7 +17,8 @@ class ZYL_EXPORT ZylDestroyableList {
   ZylDestroyableList(const ZylDestroyableList&) = delete;
   ZylDestroyableList& operator=(const ZylDestroyableList&) = delete;
 
-  /// Enters the object at the head; nothing if it is there. Raises `ZylMemoryException`.
+  /// Enters the object at the head; nothing if it is there. Raises `ZylMemoryException`, and
+  /// `ZylWrongUsage` for a hash outside the buckets; a failure changes nothing.
   void add(ZylDestroyableI* object);
   /// Takes the object out; nothing if it is not there.
   void remove(ZylDestroyableI* object);
@@ -41,8 +42,10 @@ class ZYL_EXPORT ZylDestroyableList {
     Cell* _cell;
   };
 
+  long indexOf(const ZylDestroyableI* object, long buckets) const;
   Entry** bucketOf(const ZylDestroyableI* object) const;
   Entry** find(const ZylDestroyableI* object) const;
+  void checkPlaces(const ZylDestroyableI* added, long buckets) const;
   void makeBuckets();
   void growBuckets();
 
