@@ -87,9 +87,14 @@ TEST(ZylHashTable, TheNewestOfLikeKeysIsFound) {
   ZylHashTable<long, long> table(4, &ZylIntegerHashFunction, &ZylIntegerCompFunction);
   table.add(1, 10);
   table.add(1, 20);
-  EXPECT_EQ(*table.find(1), 20);
+  for (long i = 2; i < 20; ++i) {
+    EXPECT_EQ(*table.find(1), 20) << table.getBucketCount() << " buckets";
+    table.add(i, i);
+  }
   EXPECT_TRUE(table.remove(1));
   EXPECT_EQ(*table.find(1), 10);
+  table.forEach([&](long key, long) { table.remove(key); });
+  EXPECT_EQ(table.getSize(), 0);
 }
 
 TEST(ZylHashTable, RefusesAHashOutside) {

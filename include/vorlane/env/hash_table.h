@@ -4,6 +4,7 @@
 #define ZYL_ENV_HASH_TABLE_H
 
 #include <cstddef>
+#include <utility>
 
 #include "vorlane/env/object.h"
 
@@ -101,12 +102,15 @@ class ChainedTable {
     }
     return false;
   }
-  /// Calls `visit(key, value)` for each entry, bucket by bucket.
+  /// Calls `visit(key, value)` for each entry, bucket by bucket. The visit may remove the entry
+  /// that it is given, after which both references are void, but no other, and must add none.
   template <class Visit>
   void forEach(Visit visit) const {
     for (long i = 0; _buckets != nullptr && i < _nbBuckets; ++i) {
-      for (Entry* entry = _buckets[i]; entry != nullptr; entry = entry->next) {
+      for (Entry* entry = _buckets[i]; entry != nullptr;) {
+        Entry* next = entry->next;
         visit(entry->key, entry->value);
+        entry = next;
       }
     }
   }
@@ -147,6 +151,14 @@ class ChainedTable {
     for (long i = 0; i < count; ++i) buckets[i] = nullptr;
     return buckets;
   }
+  static Entry* reversed(Entry* chain) {
+    Entry* reversed = nullptr;
+    while (chain != nullptr) {
+      Entry* next = std::exchange(chain->next, reversed);
+      reversed = std::exchange(chain, next);
+    }
+    return reversed;
+  }
   void grow() {
     // No entry moves before each is known to have a place.
     forEach([this](const K& key, const V&) { indexOf(key, 2 * _nbBuckets); });
@@ -160,8 +172,10 @@ class ChainedTable {
     }
     _nbBuckets = 2 * count;
     for (long i = 0; i < count; ++i) {
-      while (Entry* entry = before[i]) {
-        before[i] = entry->next;
+      // From its end a chain goes over to the heads of others, so that like keys keep their order.
+      Entry* chain = reversed(before[i]);
+      while (Entry* entry = chain) {
+        chain = entry->next;
         Entry** bucket = &_buckets[indexOf(entry->key)];
         entry->next = *bucket;
         *bucket = entry;
