@@ -26,6 +26,7 @@ void ZylEnvI::init(ZylExtractableI* object) {
 
 void ZylEnvI::finit(ZylExtractableI* object) {
   const long id = object->_id;
+  if (id < 0) return;  // finished before: nothing is left to take back
   if (ZYL_UNLIKELY(_lifeWatches != nullptr)) {
     zyl::detail::LifeWatch<ZylExtractableI>::leave(_lifeWatches, object);
   }

@@ -387,6 +387,16 @@ TEST_F(ZylEnvironment, DeleterOperationsWithoutOne) {
   EXPECT_EQ(Probe::Living, living - 1);
 }
 
+TEST_F(ZylEnvironment, AFinishedObjectHasNoIdToGiveBack) {
+  for (const bool vertical : {false, true}) {
+    Probe* finished = probe(env);
+    impl->destroy(finished, /*keep=*/1, /*notify=*/0);
+    impl->finit(finished);
+    vertical ? impl->removeVerticalEnv(finished) : impl->destroy(finished, 0, 0);
+    EXPECT_GE(probe(env)->getId(), 0);
+  }
+}
+
 TEST(ZylEnvHandle, RaisesIfItIsEmpty) {
   const ZylEnv e(static_cast<ZylEnvI*>(nullptr));
   ExpectEachRaises<ZylEmptyHandleException>(
