@@ -7,6 +7,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace zyl::detail {
 
@@ -150,6 +151,12 @@ void ZylAllocationList::free(Cell* cell) noexcept {
 
 void ZylAllocationList::free(void* block) noexcept { free(static_cast<Cell*>(block) - 1); }
 
+bool ZylAllocationList::holds(const void* block) const noexcept {
+  const Cell* cell = _head;
+  while (cell != nullptr && cell + 1 != block) cell = cell->next;
+  return cell != nullptr;
+}
+
 void ZylAllocationList::end() noexcept {
   while (_head != nullptr) {
     Cell* next = _head->next;
@@ -178,14 +185,18 @@ void* ZylFixedSizeAllocatorI::allocSlow(ZylMemory* memory) {
 }
 
 void ZylFixedSizeAllocatorI::freeToList(void* cell) noexcept {
-  _list->free(cell);
+  if (_mixed && !_list->holds(cell)) {
+    adopt(cell);
+  } else {
+    _list->free(cell);
+  }
   _inUse -= _size;
 }
 
 void ZylFixedSizeAllocatorI::adopt(void* cell) noexcept {
-  if (_useIt == 0) return;
-  *static_cast<void**>(cell) = _free;
-  _free = cell;
+  void*& chain = _useIt != 0 ? _free : _kept;
+  *static_cast<void**>(cell) = chain;
+  chain = cell;
   ZYL_POISON(static_cast<char*>(cell), static_cast<std::size_t>(_size));
 }
 
@@ -242,9 +253,9 @@ void ZylFixedSizeAllocatorI::setUseIt(long useIt) {
     _list = new (std::nothrow) ZylAllocationList(_size);
     if (_list == nullptr) ZylRaiseMemory();
   }
+  if ((useIt == 0) != (_useIt == 0)) std::swap(_free, _kept);
+  if (useIt == 0 && _useIt != 0 && _inUse != 0) _mixed = true;
   _useIt = useIt;
-  // Free cells wait for the end of their blocks: what is handed out from now on is a block each.
-  if (useIt == 0) _free = nullptr;
 }
 
 ZylMemory::ZylMemory(long useIt)

@@ -176,13 +176,23 @@ TEST(ZylMemory, BlocksNeverOverlap) {
 TEST(ZylMemory, SwitchedOffPoolsServeNoCellOfTheirs) {
   ZylMemory memory(1);
   void* cell = memory.alloc(24);
+  void* other = memory.alloc(24);
   memory.free(cell, 24);
+  memory.setUseIt(0);
   memory.setUseIt(0);
   void* block = memory.alloc(24);
   EXPECT_NE(block, cell);
   EXPECT_EQ(memory.getMemoryUsage(), 24);
+  memory.free(other, 24);
   memory.free(block, 24);
   EXPECT_EQ(memory.getMemoryUsage(), 0);
+  // Switched on, they find their cells again, with what came back meanwhile.
+  block = memory.alloc(24);
+  memory.setUseIt(1);
+  EXPECT_EQ(memory.alloc(24), other);
+  EXPECT_EQ(memory.alloc(24), cell);
+  memory.free(block, 24);
+  EXPECT_EQ(memory.getMemoryUsage(), 48);
 }
 
 TEST(ZylMemory, LargePoolsKnowTheirBlocksByAddress) {

@@ -121,6 +121,8 @@ class ZYL_EXPORT ZylAllocationList {
   void free(void* block) noexcept;
   /// Frees every cell.
   void end() noexcept;
+  /// Whether the block came from here. O(number of blocks).
+  bool holds(const void* block) const noexcept;
   /// Bytes held by clients.
   long getMemoryUsage() const noexcept { return _memory; }
 
@@ -135,7 +137,7 @@ class ZYL_EXPORT ZylFixedSizeAllocatorI {
  public:
   explicit ZylFixedSizeAllocatorI(long size)
       : _useIt(1), _size(size), _free(nullptr), _blocks(nullptr), _inUse(0), _total(0),
-        _list(nullptr) {}
+        _list(nullptr), _kept(nullptr), _mixed(false) {}
   ~ZylFixedSizeAllocatorI();
   ZylFixedSizeAllocatorI(const ZylFixedSizeAllocatorI&) = delete;
   ZylFixedSizeAllocatorI& operator=(const ZylFixedSizeAllocatorI&) = delete;
@@ -166,7 +168,9 @@ class ZYL_EXPORT ZylFixedSizeAllocatorI {
 
   /// Refills the empty free list and returns one more cell; counts nothing as in use.
   [[nodiscard]] void* allocateBlock(ZylMemory* memory);
-  /// With 0, each request becomes a block of the global allocator.
+  /// With 0, each request becomes a block of the global allocator; with 1, the free cells of the
+  /// pool serve again. Cells may be given back in either mode, at a cost of O(number of blocks) if
+  /// the pool had handed out cells when it was switched off.
   void setUseIt(long useIt);
   /// Bytes handed out and not given back.
   long getMemoryUsage() const noexcept { return _useIt != 0 ? _inUse : listUsage(); }
@@ -179,7 +183,7 @@ class ZYL_EXPORT ZylFixedSizeAllocatorI {
   void* allocSlow(ZylMemory* memory);
   void freeToList(void* cell) noexcept;
   long listUsage() const noexcept { return _list != nullptr ? _list->getMemoryUsage() : 0; }
-  // Adds a cell that was cut from another class's block; counted there.
+  // Adds a cell that is not in use, such as one cut from another class's block; counts nothing.
   void adopt(void* cell) noexcept;
 
   long _useIt;
@@ -189,6 +193,8 @@ class ZYL_EXPORT ZylFixedSizeAllocatorI {
   long _inUse;
   long _total;
   ZylAllocationList* _list;
+  void* _kept;  // the free list while requests do not go to it, so that one test serves `alloc`
+  bool _mixed;  // what comes back while `_useIt` is 0 may be a cell of the pool
 };
 
 /// The table of size classes: 8 to 64 bytes by 8, then doubling to 4096; larger goes to a list.
