@@ -22,7 +22,7 @@ using ZylTypeInfo = void (*)();
 /// Root of the type family. Single inheritance only.
 class ZYL_EXPORT ZylRtti {
  public:
-  /// Number of indices assigned so far.
+  /// The highest index handed out so far.
   static long _counter;
 
   /// Destructors of the family may raise: a property that is still in use refuses to go.
@@ -54,7 +54,8 @@ inline ZylTypeInfo ZylGetBaseTypeInfo(ZylTypeInfo type) noexcept {
 }
 
 namespace zyl::detail {
-// Assigns `*index` from the process-wide counter, under the process-wide lock if there is one.
+// Assigns `*index` from the process-wide counter, once, whatever other threads do; under the
+// process-wide lock if there is one.
 ZYL_EXPORT void assignTypeIndex(long* index);
 }  // namespace zyl::detail
 
