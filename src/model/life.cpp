@@ -1,6 +1,8 @@
 // Birth and death of a single extractable: its id, and who is told of it.
 
 #include "model/life_watch.h"
+#include <utility>
+
 #include "vorlane/env/environment.h"
 #include "vorlane/model/clone_manager.h"
 #include "vorlane/model/plug_in.h"
@@ -48,8 +50,7 @@ void ZylEnvI::finit(ZylExtractableI* object) {
 void ZylEnvI::removeVerticalEnv(void* object) {
   if (object == nullptr) return;
   auto* extractable = static_cast<ZylExtractableI*>(object);
-  _idManager->freeId(extractable->_id);
-  extractable->_id = -1;
+  if (extractable->_id >= 0) _idManager->freeId(std::exchange(extractable->_id, -1));
   delete extractable;
 }
 
