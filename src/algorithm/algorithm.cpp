@@ -1,3 +1,5 @@
+// What every engine inherits: counted extraction into tables by id, and the delivery of changes.
+
 #include "vorlane/algorithm/algorithm.h"
 
 #include <algorithm>

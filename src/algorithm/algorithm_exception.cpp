@@ -1,3 +1,5 @@
+// The failures of algorithms, and the texts in which they name what was refused.
+
 #include <ostream>
 
 #include "vorlane/algorithm/algorithm.h"

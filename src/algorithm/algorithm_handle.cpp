@@ -1,3 +1,5 @@
+// The handle of algorithms: tests what it is given, then forwards to the implementation.
+
 #include "vorlane/algorithm/algorithm.h"
 
 #include "vorlane/expr/objective.h"

@@ -1,3 +1,5 @@
+// The library's own expander, which expands nothing, and those who ask an environment's expander.
+
 #include "vorlane/algorithm/expander.h"
 
 #include "common/part.h"

@@ -1,3 +1,5 @@
+// The library's own evaluator: fixed variables, linear sums over them, minimum and maximum.
+
 #include "vorlane/algorithm/model_evaluator.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Finds the two roots, by the environment or from the place of this module, once for the process.
+
 #include "bootstrap/kvlvtq_utils.h"
 
 #include <cstdlib>

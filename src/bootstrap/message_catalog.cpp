@@ -1,3 +1,5 @@
+// The messages: keys, and texts with places for two arguments.
+
 #include "bootstrap/message_catalog.h"
 
 namespace zyl::detail {

@@ -1,3 +1,5 @@
+// What becomes of a message: looked up, filled in, and handed to whoever listens.
+
 #include "vorlane/bootstrap/message_handler.h"
 
 #include <cstddef>

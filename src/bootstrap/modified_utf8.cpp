@@ -1,3 +1,5 @@
+// The form of texts at the border to Java: zeros and long characters differ from UTF-8.
+
 #include "bootstrap/modified_utf8.h"
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// Clears a Java exception; the trace shows it.
+
 #include "bootstrap/pending_exception.h"
 
 #include "vorlane/bootstrap/logger.h"

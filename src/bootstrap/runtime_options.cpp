@@ -1,3 +1,5 @@
+// Gathers what a new machine is told from the environment and from the installation.
+
 #include "bootstrap/runtime_options.h"
 
 #include <cstdlib>

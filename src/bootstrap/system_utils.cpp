@@ -1,3 +1,5 @@
+// Files, variables of the process, and the place of this module.
+
 #include "bootstrap/system_utils.h"
 
 #include <dlfcn.h>

@@ -1,3 +1,5 @@
+// The texts of the failures of access to collections.
+
 #include "vorlane/collection/collection_exception.h"
 
 #include <sstream>

@@ -1,3 +1,5 @@
+// The list of listeners of a collection, and its tour of them.
+
 #include "vorlane/collection/data_change.h"
 
 ZYL_TYPE_DEF(ZylDataChangeListenerI, ZylRttiEnvObjectI)

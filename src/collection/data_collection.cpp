@@ -1,3 +1,5 @@
+// The base of all collections: to each kind test it answers no.
+
 #include "vorlane/collection/data_collection.h"
 
 ZYL_TYPE_DEF(ZylDataCollectionI, ZylKvlBaseObjectI)

@@ -1,3 +1,5 @@
+// The handle of collections of any kind.
+
 #include <ostream>
 
 #include "collection/shown_name.h"

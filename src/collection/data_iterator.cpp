@@ -1,3 +1,5 @@
+// What iterators do unless they know better, and those that find extremes by a walk.
+
 #include "vorlane/collection/data_iterator.h"
 
 #include <functional>

@@ -1,3 +1,5 @@
+// What collections that cannot do better answer, and the handle with type-less access.
+
 #include "vorlane/collection/discrete_collection.h"
 
 #include "collection/not_implemented.h"

@@ -1,3 +1,5 @@
+// The text form of an element of any type.
+
 #include "vorlane/collection/object_base.h"
 
 #include <ostream>

@@ -1,3 +1,5 @@
+// Ranges of integers and of numbers: arithmetic on bounds in place of stored elements.
+
 #include "vorlane/collection/range.h"
 
 #include <ostream>

@@ -1,3 +1,5 @@
+// Sorts arrays of data, with a permutation that records what went where.
+
 #include <functional>
 #include <utility>
 

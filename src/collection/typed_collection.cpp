@@ -1,3 +1,5 @@
+// What collections of each element type share, equality of sets, and the members that raise.
+
 #include "vorlane/collection/typed_collection.h"
 
 #include "collection/not_implemented.h"

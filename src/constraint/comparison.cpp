@@ -1,3 +1,5 @@
+// The comparison operators: which of them give a range, a binary constraint or a constant truth.
+
 #include "vorlane/constraint/comparison.h"
 
 #include <ostream>

@@ -1,3 +1,5 @@
+// What all constraints share: no counting, hooks for joining and leaving, constant truths.
+
 #include "vorlane/constraint/constraint.h"
 
 #include <ostream>

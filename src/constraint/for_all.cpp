@@ -1,3 +1,5 @@
+// Generators and comprehensions with their use counts, and the constraints that they quantify.
+
 #include "vorlane/constraint/for_all.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// A variable over a constraint, on whose life it depends.
+
 #include "vorlane/constraint/indicator_variable.h"
 
 #include "vorlane/model/algorithm_handle.h"

@@ -1,3 +1,5 @@
+// Ranges own their sum: each edit makes it theirs, changes it, and tells the engines.
+
 #include "vorlane/constraint/range.h"
 
 #include <ostream>

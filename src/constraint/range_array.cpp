@@ -1,3 +1,5 @@
+// Ranges in bulk: made from bounds and expressions of many forms, and edited with one change.
+
 #include "common/own_linear.h"
 #include "vorlane/constraint/range.h"
 #include "vorlane/constraint/range_change.h"

@@ -1,3 +1,5 @@
+// The one place that knows all counted classes, for removals, which stand below them.
+
 #include "common/use_count.h"
 
 #include "vorlane/constraint/for_all.h"

@@ -1,3 +1,5 @@
+// Parts in a chain, of which those behind the current one wait for their next use.
+
 #include "vorlane/env/allocation_stack.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Arrays in pages: growth first adds pages, and copies to longer ones when the table is full.
+
 #include "vorlane/env/array.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// A list of objects, newest first, beside a hash table that finds an object's place in it.
+
 #include "vorlane/env/destroyable_list.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Name, user object and properties of an environment, through its handle.
+
 #include "common/property_check.h"
 #include "vorlane/env/environment.h"
 

@@ -1,3 +1,5 @@
+// The failures that every subsystem shares, and their texts.
+
 #include "vorlane/env/exception.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// Storage of name, user object and properties, and the operations that every owner of them has.
+
 #include "vorlane/env/extension.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// The allocators of the library, on pools and on a stack, and the way from one to its environment.
+
 #include "vorlane/env/gen_alloc.h"
 
 #include "vorlane/env/allocation_stack.h"

@@ -1,3 +1,5 @@
+// Hash functions and comparisons, for the tables of the library and of clients.
+
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>

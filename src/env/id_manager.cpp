@@ -1,3 +1,5 @@
+// The table of ids: live objects, and a chain of free slots through the same words.
+
 #include "vorlane/env/id_manager.h"
 
 #include <cstring>

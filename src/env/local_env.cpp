@@ -1,3 +1,5 @@
+// What a local environment leaves to its environment, and the one that locks.
+
 #include "vorlane/env/local_env.h"
 
 #include "vorlane/env/environment.h"

@@ -1,3 +1,5 @@
+// The pools: slabs from the system, blocks from slabs, cells of one size class from blocks.
+
 #include "vorlane/env/memory.h"
 
 #include <sys/mman.h>

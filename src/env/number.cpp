@@ -1,3 +1,5 @@
+// Rounding, division, parsing and printing of numbers, each the same under every locale.
+
 #include "vorlane/env/number.h"
 
 #include <algorithm>

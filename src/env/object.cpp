@@ -1,3 +1,5 @@
+// Life and release of objects by their base: the environment's, a manager's, or nobody's.
+
 #include "vorlane/env/object.h"
 
 #include "vorlane/env/destroyable_list.h"

@@ -1,3 +1,5 @@
+// Properties and their sets: lookup by name, cloning, and refusal while one is in use.
+
 #include "vorlane/env/property.h"
 
 #include <cstring>

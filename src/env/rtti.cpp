@@ -1,3 +1,5 @@
+// The root of the type family, and the counter of type indices.
+
 #include "vorlane/env/rtti.h"
 
 #include "vorlane/env/environment.h"

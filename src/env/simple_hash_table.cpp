@@ -1,3 +1,5 @@
+// Tables for pointer keys whose chains end at a sentinel.
+
 #include "vorlane/env/simple_hash_table.h"
 
 #include <utility>

@@ -1,3 +1,5 @@
+// Symbols and their table: one object for each text.
+
 #include "vorlane/env/symbol.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// Conversions of one variable or many to another type, and what becomes of them when one goes.
+
 #include "vorlane/expr/conversion.h"
 
 #include "vorlane/model/algorithm_handle.h"

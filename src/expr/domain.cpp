@@ -1,3 +1,5 @@
+// Domains by type of value, private or shared: bounds, values, and how each rounds.
+
 #include "vorlane/expr/domain.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Looks up the one domain of given bounds, or makes it.
+
 #include "vorlane/expr/domain_table.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// Arrays of expressions: whose references they hold, and indexing by an expression.
+
 #include "vorlane/expr/expr_array.h"
 
 #include "common/build.h"

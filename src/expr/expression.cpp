@@ -1,3 +1,5 @@
+// In-place edits of a sum: each first gives the handle a node of its own.
+
 #include "vorlane/expr/expression.h"
 
 #include "common/build.h"

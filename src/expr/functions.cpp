@@ -1,3 +1,5 @@
+// The bodies behind the functions of formulas: tests, folded constants, and the node that remains.
+
 #include "vorlane/expr/functions.h"
 
 #include <algorithm>

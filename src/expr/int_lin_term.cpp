@@ -1,3 +1,5 @@
+// Linear sums among the integers; what they share with the numeric ones is in linear_node.h.
+
 #include "common/build.h"
 #include "expr/linear_node.h"
 #include "vorlane/expr/lin_term.h"

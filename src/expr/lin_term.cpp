@@ -1,3 +1,5 @@
+// Numeric linear sums: combining, normal form, and edits of coefficients.
+
 #include "vorlane/expr/lin_term.h"
 
 #include <exception>

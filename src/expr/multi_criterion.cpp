@@ -1,3 +1,5 @@
+// Lists of criteria, which lock their expressions, and what their handle refuses.
+
 #include "vorlane/expr/multi_criterion.h"
 
 #include <ostream>

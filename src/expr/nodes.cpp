@@ -1,3 +1,5 @@
+// Instantiates the node templates for each row, and holds the nodes of shapes of their own.
+
 #include "vorlane/expr/nodes.h"
 
 #include <cmath>

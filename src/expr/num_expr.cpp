@@ -1,3 +1,5 @@
+// Counting of expressions, and the handles that count or only pass on.
+
 #include "vorlane/expr/num_expr.h"
 
 #include <optional>

@@ -1,3 +1,5 @@
+// Objectives of one expression or several; edits make the sum the objective's own first.
+
 #include "vorlane/expr/objective.h"
 
 #include <ostream>

@@ -1,3 +1,5 @@
+// What changes of objectives tell a visitor, and the column entry of an objective.
+
 #include "vorlane/expr/objective_change.h"
 
 #include "vorlane/model/algorithm_handle.h"

@@ -1,3 +1,5 @@
+// The bodies behind the operators: what stays one linear node, and what becomes a new one.
+
 #include "vorlane/expr/operators.h"
 
 #include "common/build.h"

@@ -1,3 +1,5 @@
+// Semi-continuous variables: a domain, and a threshold beside it.
+
 #include "vorlane/expr/special_variable.h"
 
 #include <ostream>

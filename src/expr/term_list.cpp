@@ -1,3 +1,5 @@
+// The lists of terms and of non-linear parts that linear nodes are made of.
+
 #include "vorlane/expr/term_list.h"
 
 #include <ostream>

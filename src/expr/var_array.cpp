@@ -1,3 +1,5 @@
+// Arrays of variables, many of them new: one kind of constructor for each form of bounds.
+
 #include "vorlane/expr/var_array.h"
 
 #include <algorithm>

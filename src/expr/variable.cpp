@@ -1,3 +1,5 @@
+// Variables, their handles, and the domain that they share until an edit makes it their own.
+
 #include "vorlane/expr/variable.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Changes of no single kind of object, and what every change does unless it says otherwise.
+
 #include "vorlane/model/change.h"
 
 #include "vorlane/model/algorithm_handle.h"

@@ -1,3 +1,5 @@
+// The memo of clones: arrays by id of the original, with chains by id of the clone for its death.
+
 #include "vorlane/model/clone_manager.h"
 
 #include <algorithm>

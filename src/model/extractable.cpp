@@ -1,3 +1,5 @@
+// Life of an extractable from its own side, and the handle of any.
+
 #include "vorlane/model/extractable.h"
 
 #include <ostream>

@@ -1,3 +1,5 @@
+// Arrays of any extractables: naming, cloning and ending of the elements.
+
 #include "vorlane/model/extractable_array.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// A list whose every write a local environment may undo.
+
 #include "vorlane/model/extractable_list.h"
 
 void ZylExtractableList::setLink(Cell** link, Cell* cell) {

@@ -1,3 +1,5 @@
+// Name, user object and properties of an extractable, through its handle.
+
 #include "vorlane/model/extractable.h"
 
 #define ZYL_HANDLE_CLASS ZylExtractable

@@ -1,3 +1,5 @@
+// Models: a list of elements, edits that are announced, and the changes that announce them.
+
 #include "vorlane/model/model.h"
 
 #include <ostream>

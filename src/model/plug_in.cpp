@@ -1,3 +1,5 @@
+// The registry of plug-ins by name; its walks survive what plug-ins do to it meanwhile.
+
 #include "vorlane/model/plug_in.h"
 
 #include <cstring>

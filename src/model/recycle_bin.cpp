@@ -1,3 +1,5 @@
+// The objects of one removal: marking, then dying batch by batch.
+
 #include "vorlane/model/recycle_bin.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// Lists of extractables by exact class, filled when somebody asks.
+
 #include "vorlane/model/typed_list.h"
 
 #include "common/part.h"

@@ -1,3 +1,5 @@
+// Visitors that search, and how they stop.
+
 #include "vorlane/model/visitor.h"
 
 #include "vorlane/model/extractable_array.h"
