@@ -6,8 +6,6 @@
 #include "vorlane/expr/var_array.h"
 #include "vorlane/model/model.h"
 
-// Clients tell the failures apart: which operation raises what on an empty handle is given.
-
 ZylAlgorithmI* ZylAlgorithm::used() const {
   if (_impl == nullptr) ZylRaiseWrongUsage("accessing ZylAlgorithm through 0 handle");
   return _impl;

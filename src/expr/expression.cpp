@@ -8,18 +8,19 @@
 
 namespace zyl::detail {
 
-// The two texts name different classes; both are as they are.
-void raiseIntAddMismatch() {
+// The operators of ZylNumExpr and ZylIntExpr share a text, those of ZylExpr have their own; clients
+// compare them, mixed class names and all.
+void raiseNumExprAddMismatch() {
   ZylRaiseWrongUsage(
       "ZylNumExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments");
 }
 
-void raiseAddMismatch() {
+void raiseExprAddMismatch() {
   ZylRaiseWrongUsage(
       "ZylExpr& ZylNumExpr::operator += const ZylNumExprArg arg : mixing mismatch Environments");
 }
 
-void raiseSubtractMismatch() {
+void raiseExprSubtractMismatch() {
   ZylRaiseWrongUsage(
       "ZylExpr& ZylExpr::operator -= const ZylNumExprArg arg : mixing mismatch Environments");
 }
@@ -113,7 +114,7 @@ ZylExpr& ZylExpr::operator/=(double divisor) {
 
 ZylExpr& ZylExpr::operator+=(const ZylNumExprArg& arg) {
   if (arg.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  if (checkedNode()->getEnv() != arg.getImpl()->getEnv()) zyl::detail::raiseAddMismatch();
+  if (checkedNode()->getEnv() != arg.getImpl()->getEnv()) zyl::detail::raiseExprAddMismatch();
   ZylNumLinTermI* node = writable();
   zyl::detail::addTo(node, arg.getImpl());
   return *this;
@@ -121,7 +122,7 @@ ZylExpr& ZylExpr::operator+=(const ZylNumExprArg& arg) {
 
 ZylExpr& ZylExpr::operator-=(const ZylNumExprArg& arg) {
   if (arg.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  if (checkedNode()->getEnv() != arg.getImpl()->getEnv()) zyl::detail::raiseSubtractMismatch();
+  if (checkedNode()->getEnv() != arg.getImpl()->getEnv()) zyl::detail::raiseExprSubtractMismatch();
   ZylNumLinTermI* node = writable();
   ZylNumExprI* expr = arg.getImpl();
   const NodeClass kind = zyl::detail::classOf(expr);

@@ -262,8 +262,8 @@ void checkAddends(const ZylExtractableArray& array, void (*raiseMismatch)()) {
 // Mismatches are raised in the name of the handle's operator that adds such elements.
 template <class Sum, class Expr>
 Sum* sumOf(const ZylExtractableArray& array) {
-  checkAddends(array, std::is_same_v<Sum, ZylIntLinTermI> ? zyl::detail::raiseIntAddMismatch
-                                                          : zyl::detail::raiseAddMismatch);
+  checkAddends(array, std::is_same_v<Sum, ZylIntLinTermI> ? zyl::detail::raiseNumExprAddMismatch
+                                                          : zyl::detail::raiseExprAddMismatch);
   ZylEnvI* env = envOf(array);
   zyl::detail::Unfinished sum(new (env) Sum(env, 0));
   HeldElements(array).forEach(

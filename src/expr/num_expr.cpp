@@ -252,7 +252,7 @@ ZylNumExpr& ZylNumExpr::operator/=(double divisor) {
 }
 
 ZylNumExpr& ZylNumExpr::operator+=(const ZylNumExprArg& arg) {
-  checkPair(getImpl(), arg.getImpl(), zyl::detail::raiseIntAddMismatch);
+  checkPair(getImpl(), arg.getImpl(), zyl::detail::raiseNumExprAddMismatch);
   // An expression added to itself: the argument must not be taken for a temporary.
   return add(arg.getImpl() == getImpl() ? arg.getImpl()->copy() : arg.getImpl());
 }
@@ -316,7 +316,7 @@ ZylIntExpr& ZylIntExpr::operator*=(long factor) {
 }
 
 ZylIntExpr& ZylIntExpr::operator+=(const ZylIntExprArg& arg) {
-  checkPair(getImpl(), arg.getImpl(), zyl::detail::raiseIntAddMismatch);
+  checkPair(getImpl(), arg.getImpl(), zyl::detail::raiseNumExprAddMismatch);
   ZylIntExprI* addend = arg.getImpl() == getImpl() ? arg.getImpl()->intCopy() : arg.getImpl();
   _impl = rewritten(getImpl(), [addend](ZylIntExprI* expr) -> ZylIntExprI* {
     return zyl::detail::addInt(expr, addend);

@@ -33,3 +33,36 @@ void ZylSemiContVarI::setBd(double threshold) {
   _threshold = threshold;
   notify(ZylSetSemiContBound(this, before, threshold));
 }
+
+// --- handle --------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr const char* EmptyVariable = "Using empty ZylNumVar handle.";
+
+ZylEnvI* checkedEnv(const ZylEnv& env) {
+  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle("Using empty ZylEnv handle.");
+  return env.getImpl();
+}
+
+}  // namespace
+
+ZylSemiContVar::ZylSemiContVar(const ZylEnv& env, double threshold, double upper, Type type,
+                               const char* name) {
+  ZylEnvI* owner = checkedEnv(env);
+  _impl = new (owner) ZylSemiContVarI(owner, threshold, upper, type, name);
+}
+
+double ZylSemiContVar::getSemiContinuousLb() const { return checked(EmptyVariable)->getBd(); }
+void ZylSemiContVar::setSemiContinuousLb(double threshold) const {
+  checked(EmptyVariable)->setBd(threshold);
+}
+
+ZylSemiContVar ZylSemiContVar::getClone(const ZylEnv& env) const {
+  return ZylSemiContVar(
+      static_cast<ZylSemiContVarI*>(checkedEnv(env)->getClone(checked(EmptyVariable))));
+}
+
+void ZylSemiContVar::setClone(const ZylSemiContVar& clone) const {
+  clone.checked(EmptyVariable)->getEnv()->setClone(checked(EmptyVariable), clone.getImpl());
+}

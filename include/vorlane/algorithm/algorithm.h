@@ -24,14 +24,16 @@ class ZylNumVarArray;
 class ZylObjectiveI;
 class ZylSolutionManagerI;
 
-/// A search changed nothing: edits of what a searching engine uses are refused.
+/// An edit came during a search, and the engine that searches uses what was edited.
+///
+/// The model has changed all the same; the engine has not followed.
 class ZYL_EXPORT ZylNoChangeDuringSearchException : public ZylException {
  public:
   ZylNoChangeDuringSearchException();
 };
 
-/// Name of the property under which a profiling callback is attached to an algorithm; the library
-/// itself reads no such property.
+/// Where a client attaches a profiling callback to an algorithm: in the property of this name. It
+/// is for engines that can be profiled; the library only states the name.
 class ZYL_EXPORT ZylAlgorithmProfilerCallbackI {
  public:
   static const char* const PROPERTY_NAME;

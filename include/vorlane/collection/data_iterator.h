@@ -21,8 +21,8 @@ class ZYL_EXPORT ZylDataIterator : public ZylMemoryManagerObjectI {
   virtual void setCollection(const ZylDiscreteDataCollectionI* collection);
   /// Moves to the next value. Returns whether there is one.
   virtual bool next() = 0;
-  /// Moves to the first value. The flag is for iterators of a front end's own. This base stands on
-  /// no value then.
+  /// Starts again: moves to the first value, if there is one. No iterator of the library reads
+  /// `flag`; a front end that derives its own gives it a meaning. This base leaves `isOk` false.
   virtual void reset(long flag);
   /// Whether what the iterator yields depends on other iterators. False in this base.
   virtual bool isOpen() const;

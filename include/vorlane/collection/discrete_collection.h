@@ -22,18 +22,23 @@ class ZYL_EXPORT ZylDiscreteDataCollectionI : public ZylDataCollectionI {
 
   explicit ZylDiscreteDataCollectionI(ZylEnvI* env) : ZylDataCollectionI(env) {}
 
-  /// True: front ends count the life of all that they can enumerate.
+  /// True: a language front end counts the owners of collections that it can enumerate.
   bool isKvlRefCounted() const override;
 
-  // For collections that a front end fills and indexes. This base does nothing.
+  /// Called by a front end before and after it reads data into the collection; what `sort` says is
+  /// its own. This base does nothing.
   virtual void processBeforeFill();
   virtual void processAfterFill(long sort);
-  /// Where the elements were before the last sort; an empty handle if nothing is kept.
+  /// Where the elements stood before the last sort, for a front end that keeps data beside them; an
+  /// empty handle if nothing is kept, as in this base.
   virtual ZylIntArray getOldIndexPositions();
+  /// Gives that array back. This base does nothing.
   virtual void endOldIndexes();
+  /// Drops what was stored only to find elements faster. This base does nothing.
   virtual void clearAllCaches();
   /// Removes all elements. This base does nothing.
   virtual void empty();
+  /// Whether elements refer to other data of a front end. False in this base.
   virtual bool hasReference() const;
 
   virtual long getSize() const = 0;

@@ -234,7 +234,7 @@ class ZYL_EXPORT ZylMemory {
   long getMemoryUsage() const noexcept;
   /// Bytes taken from the global allocator.
   long getTotalMemoryUsage() const noexcept;
-  /// Does nothing.
+  /// For allocators that can return to an earlier state, which pools cannot: does nothing.
   void snapshot() {}
   /// True only if the object was allocated here; false says nothing. Looks at no object.
   bool owns(const void* object) const noexcept { return _slabs.owns(object); }

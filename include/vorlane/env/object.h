@@ -16,9 +16,10 @@
 #include "vorlane/env/extension.h"
 #include "vorlane/env/rtti.h"
 
-// Type identity of a class of the environment ladder, with the release of a block whose constructor
-// raised; that one alone knows no object, so each class states its size. A class without the macro
-// gives such a block back as one of its base's size: sound, but counted as less.
+// What a class whose objects stand in pools adds to its type identity: placement, and the release
+// of the block of an object whose constructor raised. A live object tells its size when it is
+// deleted; here there is none yet, so the class states the size. Without this macro the base's
+// release serves, with the base's size: sound, but the block is counted as a smaller one.
 #define ZYL_TYPE_POOLED_(Class, Base, Owner, Release)                                      \
  public:                                                                                   \
   static void* operator new(std::size_t size, Owner* owner) { return owner->alloc(size); } \
@@ -29,16 +30,17 @@
                                                                                            \
  private:
 
+// Type identity and placement of a class whose objects belong to an environment.
 #define ZYL_TYPE(Class, Base) \
   ZYL_TYPE_ONLY(Class, Base)  \
   ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
 
-// The same for the memory manager ladder.
+// The same where objects belong to a memory manager.
 #define ZYL_TYPE_MANAGED(Class, Base) \
   ZYL_TYPE_ONLY(Class, Base)          \
   ZYL_TYPE_POOLED_(Class, Base, ZylGenAlloc, freeInManager)
 
-// Only the release, for a class outside the type family.
+// Placement alone, for a class that has no type identity.
 #define ZYL_POOLED(Class, Base) ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
 
 namespace zyl::detail {

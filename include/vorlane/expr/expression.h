@@ -6,9 +6,9 @@
 #include "vorlane/expr/lin_term.h"
 
 namespace zyl::detail {
-[[noreturn]] ZYL_EXPORT void raiseAddMismatch();
-[[noreturn]] ZYL_EXPORT void raiseIntAddMismatch();
-[[noreturn]] ZYL_EXPORT void raiseSubtractMismatch();
+[[noreturn]] ZYL_EXPORT void raiseExprAddMismatch();
+[[noreturn]] ZYL_EXPORT void raiseNumExprAddMismatch();
+[[noreturn]] ZYL_EXPORT void raiseExprSubtractMismatch();
 }  // namespace zyl::detail
 
 /// A linear sum that is built and edited in place, holding one reference on a `ZylNumLinTermI`.
@@ -105,14 +105,14 @@ class ZYL_EXPORT ZylExpr : public ZylNumExpr {
 
   ZylExpr& addTerm(const zyl::detail::TermHandle& term) {
     ZylEnvI* env = checkedNode()->getEnv();
-    if (ZYL_UNLIKELY(!env->isEnvOf(term.getVarI()))) zyl::detail::raiseAddMismatch();
+    if (ZYL_UNLIKELY(!env->isEnvOf(term.getVarI()))) zyl::detail::raiseExprAddMismatch();
     ZylNumLinTermI* node = writable();
     node->append(term.takeRecord(env));
     return *this;
   }
   ZylExpr& subtractTerm(const zyl::detail::TermHandle& term) {
     ZylEnvI* env = checkedNode()->getEnv();
-    if (ZYL_UNLIKELY(!env->isEnvOf(term.getVarI()))) zyl::detail::raiseSubtractMismatch();
+    if (ZYL_UNLIKELY(!env->isEnvOf(term.getVarI()))) zyl::detail::raiseExprSubtractMismatch();
     ZylNumLinTermI* node = writable();
     ZylNumLinExprTermI* record = term.takeRecord(env);
     record->_coef = -record->_coef;

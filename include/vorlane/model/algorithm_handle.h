@@ -151,7 +151,9 @@ class ZYL_EXPORT ZylAlgorithm {
   ZYL_PROPERTY_OPERATIONS
 
  protected:
-  // The two failures of an empty handle: which operation raises which is given.
+  // The implementation, or what an operation raises on an empty handle. Clients tell these apart,
+  // so each operation keeps its own: `used` raises `ZylWrongUsage`, `called` the same text as
+  // `ZylEmptyHandleException`, `owner` that class with the text of properties.
   ZylAlgorithmI* used() const;
   ZylAlgorithmI* called() const;
   ZylAlgorithmI* owner() const;

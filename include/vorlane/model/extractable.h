@@ -94,14 +94,20 @@ class ZYL_EXPORT ZylExtractableI : public ZylRttiEnvObjectI {
   virtual void atRemove(ZylExtractableI* removed, void* extra);
   /// Shows the object and what it refers to: begin, children in order, end.
   virtual void visitSubExtractables(ZylExtractableVisitor* visitor) = 0;
-  /// Whether the object goes by a use count and not by `end` alone.
+  /// Whether owners of the object are counted: then `end` takes one away, and the last one that
+  /// goes takes the object along. What is not counted goes at its first `end`.
   virtual bool isRefCountedExpr() const;
   /// Removes the object from all that refers to it, and deletes it. Nothing on a finished object.
   virtual void end();
+  /// Adds what the object stands for to `model`, through the environment's expander, which says
+  /// what the two texts mean. The library's own expander raises `ZylWrongUsage`.
   virtual void expandTo(ZylModelI* model, const char* first, const char* second) const;
   virtual void display(std::ostream& stream) const;
+  /// For engines to call when the object joins or leaves what they hold. Constraints and objectives
+  /// call the hooks of their class; this base does nothing.
   virtual void whenAddedToCP(ZylAlgorithm algorithm, void* handle) const;
   virtual void whenRemovedFromCP(ZylAlgorithm algorithm, void* handle) const;
+  /// The parameter at the other end of `link` has changed, or goes. This base does nothing.
   virtual void changeParameter(const ZylParameterExtractableLinkI* link);
   virtual void endParameter(const ZylParameterExtractableLinkI* link);
   /// Whether this object itself, apart from its children, depends on a loop index.
