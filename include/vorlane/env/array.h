@@ -45,8 +45,10 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
             char** pages);
   ~ZylArrayI() override;
 
-  // The block of a constructor that raised goes back at once.
-  using ZylMemoryManagerObjectI::operator new;
+  // The block of a constructor that raised goes back at once. Each release stands beside the
+  // placement that it undoes; g++ takes an inherited one for another's.
+  static void* operator new(std::size_t size, ZylGenAlloc* manager) { return manager->alloc(size); }
+  static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
   using ZylMemoryManagerObjectI::operator delete;
   static void operator delete(void* block, ZylGenAlloc* manager) noexcept {
     zyl::detail::freeInManager(manager, block, sizeof(ZylArrayI));
