@@ -3,7 +3,7 @@
 #include <concepts>
 
 #include "expr/fixture.h"
-#include "vorlane/model/objective.h"
+#include "vorlane/expr/objective.h"
 
 namespace zyl::test {
 namespace {
