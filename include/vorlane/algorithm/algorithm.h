@@ -165,13 +165,14 @@ class ZYL_EXPORT ZylAlgorithmI {
  private:
   friend class ZylEnvI;
   ZylGenAlloc* extensionAlloc() const noexcept { return _env->getGenAlloc(); }
-  void baseClear();
-  void extractGlobally(const ZylExtractableI* extractable, ZylExtractionScope* scope);
-  void extractInScope(const ZylExtractableI* extractable);
-  [[noreturn]] void refuseExtraction(const ZylExtractableI* extractable);
+  ZYL_LOCAL void baseClear();
+  ZYL_LOCAL void extractGlobally(const ZylExtractableI* extractable, ZylExtractionScope* scope);
+  ZYL_LOCAL void extractInScope(const ZylExtractableI* extractable);
+  [[noreturn]] ZYL_LOCAL void refuseExtraction(const ZylExtractableI* extractable);
   template <class Refusal>
   [[noreturn]] void raiseRefusal(const ZylExtractableArray& objects);
-  bool deliver(const ZylChange& change, void** handle, const ZylExtractableI* extractable);
+  ZYL_LOCAL bool deliver(const ZylChange& change, void** handle,
+                         const ZylExtractableI* extractable);
 
  protected:
   // An engine writes `_extractionScope` and `_searchActive` itself; the library only reads them.

@@ -83,7 +83,7 @@ class ZYL_EXPORT ZylModelEvaluator {
   ZylNumExpr evaluateToNumExpr(const ZylNumExprArg& expr) const;
 
  private:
-  ZylModelEvaluatorI* checked() const;
+  ZYL_LOCAL ZylModelEvaluatorI* checked() const;
   ZylModelEvaluatorI* _impl = nullptr;
 };
 

@@ -35,7 +35,7 @@ class ZYL_EXPORT ZylDataChangeNotifierI : public ZylRttiEnvObjectI {
     Node* next;
   };
   // Frees the node and lets the link pass over it.
-  void unlink(Node** link);
+  ZYL_LOCAL void unlink(Node** link);
 
   Node* _first = nullptr;
 };

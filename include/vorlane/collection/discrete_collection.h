@@ -107,7 +107,7 @@ class ZYL_EXPORT ZylDiscreteDataCollection : public ZylDataCollection {
   bool isReversed() const;
 
  private:
-  ZylDiscreteDataCollectionI* checkedDiscrete() const;
+  ZYL_LOCAL ZylDiscreteDataCollectionI* checkedDiscrete() const;
 };
 
 #endif

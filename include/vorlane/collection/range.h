@@ -56,9 +56,9 @@ class ZYL_EXPORT ZylIntRangeI final : public ZylIntAbstractSetI {
   ZylVarDomainI* getSharedDomain();
 
  private:
-  void requireElement(long element, long next, long circular) const;
-  long step(long element, long n, long next) const;
-  long stepC(long element, long n, long next) const;
+  ZYL_LOCAL void requireElement(long element, long next, long circular) const;
+  ZYL_LOCAL long step(long element, long n, long next) const;
+  ZYL_LOCAL long stepC(long element, long n, long next) const;
 
   long _lowerBound;
   long _upperBound;

@@ -58,8 +58,8 @@ class ZYL_EXPORT ZylAllocationStack {
   };
 
   void safeGoToNextPart(long words);
-  Part* makePart(long words, long start);
-  void deleteFrom(Part* part) noexcept;
+  ZYL_LOCAL Part* makePart(long words, long start);
+  ZYL_LOCAL void deleteFrom(Part* part) noexcept;
 
   Part* _current;
   Part* _first;

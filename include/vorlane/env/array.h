@@ -99,14 +99,14 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
   void clear() noexcept;
 
  private:
-  static long checkedSize(long size);
-  void setShiftMod() noexcept;
-  void allocData(long size);
-  void zeroData() noexcept;
-  void copyPages(const ZylArrayI* other);
-  char* newPage(long shift) const;
-  void freePage(char* page, long shift) const noexcept;
-  void freePages(char** pages, long shift) const noexcept;
+  ZYL_LOCAL static long checkedSize(long size);
+  ZYL_LOCAL void setShiftMod() noexcept;
+  ZYL_LOCAL void allocData(long size);
+  ZYL_LOCAL void zeroData() noexcept;
+  ZYL_LOCAL void copyPages(const ZylArrayI* other);
+  ZYL_LOCAL char* newPage(long shift) const;
+  ZYL_LOCAL void freePage(char* page, long shift) const noexcept;
+  ZYL_LOCAL void freePages(char** pages, long shift) const noexcept;
 
   long _maxSize;
   long _elementSize;

@@ -42,12 +42,12 @@ class ZYL_EXPORT ZylDestroyableList {
     Cell* _cell;
   };
 
-  long indexOf(const ZylDestroyableI* object, long buckets) const;
-  Entry** bucketOf(const ZylDestroyableI* object) const;
-  Entry** find(const ZylDestroyableI* object) const;
-  void checkPlaces(const ZylDestroyableI* added, long buckets) const;
-  void makeBuckets();
-  void growBuckets();
+  ZYL_LOCAL long indexOf(const ZylDestroyableI* object, long buckets) const;
+  ZYL_LOCAL Entry** bucketOf(const ZylDestroyableI* object) const;
+  ZYL_LOCAL Entry** find(const ZylDestroyableI* object) const;
+  ZYL_LOCAL void checkPlaces(const ZylDestroyableI* added, long buckets) const;
+  ZYL_LOCAL void makeBuckets();
+  ZYL_LOCAL void growBuckets();
 
   ZylEnvI* _env;
   Cell* _head;

@@ -323,26 +323,26 @@ class ZYL_EXPORT ZylEnvI {
 
   class RemovalScope;
   class DyingArray;
-  void clearFields() noexcept;
-  void makeParts();
-  void releaseParts() noexcept;
+  ZYL_LOCAL void clearFields() noexcept;
+  ZYL_LOCAL void makeParts();
+  ZYL_LOCAL void releaseParts() noexcept;
   // Parts whose classes stand above this one: each floor makes and gives back its own.
-  void makeModelParts();
-  void releaseModelParts() noexcept;
-  void makeExprParts();
-  void releaseExprParts() noexcept;
-  void setDefaultFactories() noexcept;
-  void deleteAlgorithms();
+  ZYL_LOCAL void makeModelParts();
+  ZYL_LOCAL void releaseModelParts() noexcept;
+  ZYL_LOCAL void makeExprParts();
+  ZYL_LOCAL void releaseExprParts() noexcept;
+  ZYL_LOCAL void setDefaultFactories() noexcept;
+  ZYL_LOCAL void deleteAlgorithms();
   // The way of a change through the algorithms: all of them, or those that have extracted `object`.
-  void tellAlgorithms(const ZylChange& change, const ZylExtractableI* object);
-  void tellAlgorithms(const ZylChange& change);
-  void runBatches(DyingArray* listed = nullptr);
-  void destroyBatch(DyingArray* listed);
-  void scanForDependants(long maxId);
-  void deleteLiveObjects();
+  ZYL_LOCAL void tellAlgorithms(const ZylChange& change, const ZylExtractableI* object);
+  ZYL_LOCAL void tellAlgorithms(const ZylChange& change);
+  ZYL_LOCAL void runBatches(DyingArray* listed = nullptr);
+  ZYL_LOCAL void destroyBatch(DyingArray* listed);
+  ZYL_LOCAL void scanForDependants(long maxId);
+  ZYL_LOCAL void deleteLiveObjects();
   void* allocLocalTerm();
   void freeLocalTerm(void* term);
-  void* newMarkArray();
+  ZYL_LOCAL void* newMarkArray();
   ZylGenAlloc* extensionAlloc() const noexcept { return _alloc; }
 
   long _flags;

@@ -5,6 +5,8 @@
 
 /// Marks what clients and engines may link against; everything else stays hidden.
 #define ZYL_EXPORT __attribute__((visibility("default")))
+/// Marks a private member of an exported class that no inline function calls.
+#define ZYL_LOCAL __attribute__((visibility("hidden")))
 
 /// Hints for the few paths that are inlined into every client.
 #define ZYL_LIKELY(x) __builtin_expect(!!(x), 1)

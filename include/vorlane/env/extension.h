@@ -58,7 +58,7 @@ class ZYL_EXPORT ZylExtension {
 
  private:
   friend struct zyl::detail::Extended;
-  ZylObjectExtension* getOrMakeObject(ZylGenAlloc* alloc);
+  ZYL_LOCAL ZylObjectExtension* getOrMakeObject(ZylGenAlloc* alloc);
   char* _name = nullptr;
   ZylObjectExtension* _object = nullptr;
 };

@@ -83,8 +83,8 @@ class ZYL_EXPORT ZylIdManager {
     return id;
   }
   long takeLast(void* contents);
-  void growData(long newCapacity, long firstNew);
-  void chain(void** data, long first, long capacity) noexcept;
+  ZYL_LOCAL void growData(long newCapacity, long firstNew);
+  ZYL_LOCAL void chain(void** data, long first, long capacity) noexcept;
 
   ZylMemory* _memory;
   long _maxId;

@@ -84,8 +84,8 @@ class ZYL_EXPORT SlabSource {
   };
   void* cut(std::size_t bytes) noexcept;
   void* takeSlow(std::size_t bytes) noexcept;
-  bool addSlab() noexcept;
-  void back() noexcept;
+  ZYL_LOCAL bool addSlab() noexcept;
+  ZYL_LOCAL void back() noexcept;
 
   std::atomic<const std::uintptr_t*> _windows = NoWindows;
   Slab* _slabs = nullptr;
@@ -184,7 +184,7 @@ class ZYL_EXPORT ZylFixedSizeAllocatorI {
   void freeToList(void* cell) noexcept;
   long listUsage() const noexcept { return _list != nullptr ? _list->getMemoryUsage() : 0; }
   // Adds a cell that is not in use, such as one cut from another class's block; counts nothing.
-  void adopt(void* cell) noexcept;
+  ZYL_LOCAL void adopt(void* cell) noexcept;
 
   long _useIt;
   long _size;

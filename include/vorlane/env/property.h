@@ -131,8 +131,8 @@ class ZYL_EXPORT ZylNamedPropertySetI final : public ZylMemoryManagerObjectI {
   PropertyList* getFirst() const noexcept { return _first; }
 
  private:
-  void testAbsent(const char* name) const;
-  void remove(PropertyList* cell);
+  ZYL_LOCAL void testAbsent(const char* name) const;
+  ZYL_LOCAL void remove(PropertyList* cell);
   PropertyList* _first = nullptr;
 };
 

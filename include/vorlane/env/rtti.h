@@ -59,61 +59,57 @@ namespace zyl::detail {
 ZYL_EXPORT void assignTypeIndex(long* index);
 }  // namespace zyl::detail
 
-// What every class of the family declares, all alike. ZYL_TYPE is for classes whose base already
+// What every class of the family declares, all alike. Only `isType` and the token stand in the
+// class's source: the first keeps the class's tables there, the second must be one in the process.
+// The rest is inline, and so no symbol of the library. ZYL_TYPE is for classes whose base already
 // has `getBaseTypeInfo` and `getBaseTypeIndex`; ZYL_TYPE_FIRST for those directly under the root.
-#define ZYL_TYPE_COMMON_(Class, Base)                              \
- public:                                                           \
-  static long _rttiIndex;                                          \
-  static ZylTypeInfo GetTypeInfo() noexcept {                      \
-    return reinterpret_cast<ZylTypeInfo>(&Class::GetBaseTypeInfo); \
-  }                                                                \
-  static ZylTypeInfo GetBaseTypeInfo() noexcept;                   \
-  static void InitTypeIndex();                                     \
-  static long GetTypeIndex() {                                     \
-    InitTypeIndex();                                               \
-    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);         \
-  }                                                                \
-  static const char* GetRttiTypeName() noexcept { return #Class; } \
-  long getTypeIndex() const noexcept override;                     \
-  ZylTypeInfo getTypeInfo() const noexcept override;               \
-  bool isType(ZylTypeInfo type) const noexcept override;           \
-  const char* getRttiTypeName() const noexcept override;
+#define ZYL_TYPE_COMMON_(Class, Base)                                         \
+ public:                                                                      \
+  static long _rttiIndex;                                                     \
+  static ZylTypeInfo GetTypeInfo() noexcept {                                 \
+    return reinterpret_cast<ZylTypeInfo>(&Class::GetBaseTypeInfo);            \
+  }                                                                           \
+  static ZylTypeInfo GetBaseTypeInfo() noexcept;                              \
+  static void InitTypeIndex() { zyl::detail::assignTypeIndex(&_rttiIndex); }  \
+  static long GetTypeIndex() {                                                \
+    InitTypeIndex();                                                          \
+    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                    \
+  }                                                                           \
+  static const char* GetRttiTypeName() noexcept { return #Class; }            \
+  long getTypeIndex() const noexcept override {                               \
+    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                    \
+  }                                                                           \
+  ZylTypeInfo getTypeInfo() const noexcept override { return GetTypeInfo(); } \
+  bool isType(ZylTypeInfo type) const noexcept override;                      \
+  const char* getRttiTypeName() const noexcept override { return GetRttiTypeName(); }
 
-#define ZYL_TYPE_FIRST(Class, Base)            \
-  ZYL_TYPE_COMMON_(Class, Base)                \
-  virtual ZylTypeInfo getBaseTypeInfo() const; \
-  virtual long getBaseTypeIndex() const;       \
-                                               \
+#define ZYL_TYPE_FIRST(Class, Base)                                         \
+  ZYL_TYPE_COMMON_(Class, Base)                                             \
+  virtual ZylTypeInfo getBaseTypeInfo() const { return GetBaseTypeInfo(); } \
+  virtual long getBaseTypeIndex() const { return Base::GetTypeIndex(); }    \
+                                                                            \
  private:
 
-#define ZYL_TYPE_ONLY(Class, Base)              \
-  ZYL_TYPE_COMMON_(Class, Base)                 \
-  ZylTypeInfo getBaseTypeInfo() const override; \
-  long getBaseTypeIndex() const override;       \
-                                                \
+#define ZYL_TYPE_ONLY(Class, Base)                                           \
+  ZYL_TYPE_COMMON_(Class, Base)                                              \
+  ZylTypeInfo getBaseTypeInfo() const override { return GetBaseTypeInfo(); } \
+  long getBaseTypeIndex() const override { return Base::GetTypeIndex(); }    \
+                                                                             \
  private:
 
 // The definitions, in the class's own source and nowhere else. `_rttiIndex` stands in the token's
 // code only to make that code unlike every other class's.
-#define ZYL_TYPE_DEF(Class, Base)                                                   \
-  static_assert(std::is_base_of_v<Base, Class> && !std::is_same_v<Base, Class>,     \
-                #Base " is not a base of " #Class);                                 \
-  long Class::_rttiIndex = 0;                                                       \
-  ZylTypeInfo Class::GetBaseTypeInfo() noexcept {                                   \
-    __asm__ volatile("" : : "r"(&Class::_rttiIndex));                               \
-    return Base::GetTypeInfo();                                                     \
-  }                                                                                 \
-  void Class::InitTypeIndex() { zyl::detail::assignTypeIndex(&_rttiIndex); }        \
-  long Class::getTypeIndex() const noexcept {                                       \
-    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                          \
-  }                                                                                 \
-  ZylTypeInfo Class::getTypeInfo() const noexcept { return GetTypeInfo(); }         \
-  bool Class::isType(ZylTypeInfo type) const noexcept {                             \
-    return type == GetTypeInfo() || Base::isType(type);                             \
-  }                                                                                 \
-  const char* Class::getRttiTypeName() const noexcept { return GetRttiTypeName(); } \
-  ZylTypeInfo Class::getBaseTypeInfo() const { return GetBaseTypeInfo(); }          \
-  long Class::getBaseTypeIndex() const { return Base::GetTypeIndex(); }
+#define ZYL_TYPE_DEF(Class, Base)                                               \
+  static_assert(std::is_base_of_v<Base, Class> && !std::is_same_v<Base, Class>, \
+                #Base " is not a base of " #Class);                             \
+  long Class::_rttiIndex = 0;                                                   \
+  ZylTypeInfo Class::GetBaseTypeInfo() noexcept {                               \
+    __asm__ volatile("" : : "r"(&Class::_rttiIndex));                           \
+    return Base::GetTypeInfo();                                                 \
+  }                                                                             \
+  bool Class::isType(ZylTypeInfo type) const noexcept {                         \
+    return type == GetTypeInfo() || Base::isType(type);                         \
+  }
 
 namespace zyl {
 /// Returns `object` as a `T` if it is one by the system's type identity, otherwise null. The one

@@ -47,7 +47,7 @@ class ZYL_EXPORT ZylSimpleHashTable {
     void operator++() noexcept;
 
    private:
-    void skipEmpty() noexcept;
+    ZYL_LOCAL void skipEmpty() noexcept;
     const ZylSimpleHashTable* _table;
     long _bucket;
     const Item* _item;
@@ -78,7 +78,7 @@ class ZYL_EXPORT ZylSimpleHashTable2 : public ZylSimpleHashTable {
   long getLimit() const noexcept { return _limit; }
 
  private:
-  void reHash();
+  ZYL_LOCAL void reHash();
   long _limit;
 };
 

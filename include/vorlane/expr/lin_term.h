@@ -137,11 +137,11 @@ class ZYL_EXPORT ZylNumLinTermI : public ZylNumExprI {
 
  private:
   friend class ZylIntLinTermI;
-  long normalizeTerms();
-  void writeCoefs(const ZylNumVarArray& variables, const ZylNumArray& coefs,
-                  const ZylNumArray& oldCoefs);
-  void sendCoefChanges(const ZylNumVarArray& variables, const ZylNumArray& coefs,
-                       const ZylNumArray& oldCoefs);
+  ZYL_LOCAL long normalizeTerms();
+  ZYL_LOCAL void writeCoefs(const ZylNumVarArray& variables, const ZylNumArray& coefs,
+                            const ZylNumArray& oldCoefs);
+  ZYL_LOCAL void sendCoefChanges(const ZylNumVarArray& variables, const ZylNumArray& coefs,
+                                 const ZylNumArray& oldCoefs);
 
   zyl::detail::TermList _terms;
   double _constant;

@@ -77,7 +77,7 @@ class ZYL_EXPORT ZylObjectiveI final : public ZylExtractableI {
   void normalize();
 
  private:
-  void requireSingle(const char* operation) const;
+  ZYL_LOCAL void requireSingle(const char* operation) const;
 
   Sense _sense;
   ZylNumLinTermI* _expr;

@@ -22,7 +22,7 @@ class ZYL_EXPORT ZylSemiContVarI final : public ZylNumVarI {
   void setBd(double threshold);
 
  private:
-  ZylSemiContVarI(ZylEnvI* env, double threshold);
+  ZYL_LOCAL ZylSemiContVarI(ZylEnvI* env, double threshold);
   double _threshold;
 };
 

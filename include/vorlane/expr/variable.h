@@ -88,8 +88,8 @@ class ZYL_EXPORT ZylNumVarI : public ZylIntExprI {
   void prefetchMark() const noexcept { __builtin_prefetch(&_mark, /*rw=*/1); }
 
  private:
-  void replaceDomain(ZylVarDomainI* domain, ZylVarDomainI* before);
-  ZylVarDomainI* ownDomain();
+  ZYL_LOCAL void replaceDomain(ZylVarDomainI* domain, ZylVarDomainI* before);
+  ZYL_LOCAL ZylVarDomainI* ownDomain();
 
   ZylVarDomainI* _domain;
   ZylNumLinExprTermI* _mark;

@@ -40,12 +40,12 @@ class ZYL_EXPORT ZylCloneManager {
   void forget(const ZylExtractableI* object) noexcept;
 
  private:
-  bool knows(const ZylExtractableI* object) const noexcept;
-  void makeRoom(long id);
-  void growIndex(long room);
-  long& newestOf(long cloneId) const noexcept;
-  void link(long entry) const noexcept;
-  ZylExtractableI* makeClone(const ZylExtractableI* object);
+  ZYL_LOCAL bool knows(const ZylExtractableI* object) const noexcept;
+  ZYL_LOCAL void makeRoom(long id);
+  ZYL_LOCAL void growIndex(long room);
+  ZYL_LOCAL long& newestOf(long cloneId) const noexcept;
+  ZYL_LOCAL void link(long entry) const noexcept;
+  ZYL_LOCAL ZylExtractableI* makeClone(const ZylExtractableI* object);
 
   ZylEnvI* _env;
   long _locked = 0;

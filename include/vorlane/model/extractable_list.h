@@ -54,9 +54,9 @@ class ZYL_EXPORT ZylExtractableList {
   };
 
  private:
-  Cell* makeCell(ZylExtractableI* element);
-  void setLink(Cell** link, Cell* cell);
-  void setTail(Cell** tail);
+  ZYL_LOCAL Cell* makeCell(ZylExtractableI* element);
+  ZYL_LOCAL void setLink(Cell** link, Cell* cell);
+  ZYL_LOCAL void setTail(Cell** tail);
   template <class OnRemoved>
   void removeMarked(OnRemoved onRemoved);
 

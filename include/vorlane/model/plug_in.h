@@ -35,7 +35,7 @@ class ZYL_EXPORT ZylNotifiedPlugIn : public ZylPlugIn {
   friend class ZylPlugInManager;
   // Whether it hears of changes of `object`: always, unless it is tied to an algorithm that has
   // not extracted it.
-  bool concerns(const ZylExtractableI* object) const;
+  ZYL_LOCAL bool concerns(const ZylExtractableI* object) const;
   ZylAlgorithmI* _algorithm;
 };
 

@@ -41,10 +41,10 @@ class ZYL_EXPORT ZylTypedListManagerI {
   void end();
 
  private:
-  void classify();
-  void classifyAll();
-  void insert(ZylExtractableI* object);
-  ZylTypedList* getOrBuildList(ZylTypeInfo type);
+  ZYL_LOCAL void classify();
+  ZYL_LOCAL void classifyAll();
+  ZYL_LOCAL void insert(ZylExtractableI* object);
+  ZYL_LOCAL ZylTypedList* getOrBuildList(ZylTypeInfo type);
 
   ZylEnvI* _env;
   long _classifyAll;
