@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "vorlane/collection/collection_helper.h"
 
 ZYL_TYPE_DEF(ZylIntRangeI, ZylIntAbstractSetI)
@@ -182,14 +183,9 @@ long ZylIntRange::Iterator::recomputeMax() const {
 
 namespace {
 
-ZylEnvI* checkedEnv(const ZylEnv& env) {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle("Using empty ZylEnv handle.");
-  return env.getImpl();
-}
-
 template <class Range, class... Bounds>
 Range* makeRange(const ZylEnv& env, Bounds... bounds) {
-  ZylEnvI* owner = checkedEnv(env);
+  ZylEnvI* owner = zyl::detail::checked(env, zyl::detail::EmptyEnv);
   return new (owner) Range(owner, bounds...);
 }
 

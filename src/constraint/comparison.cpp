@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "vorlane/env/number.h"
 #include "vorlane/model/algorithm_handle.h"
 
@@ -82,10 +83,9 @@ ZYL_COMPARISON_DEF(ZylNumGTI, >)
 namespace zyl::detail {
 namespace {
 
-ZylNumExprI* checked(const ZylNumExprArg& expr) {
-  if (expr.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty handle");
-  return expr.getImpl();
-}
+constexpr auto Empty = wrongUsage("Using empty handle");
+
+ZylNumExprI* checked(const ZylNumExprArg& expr) { return checked(expr, Empty); }
 
 ZylRange makeRange(double lower, const ZylNumExprArg& expr, double upper) {
   ZylNumExprI* impl = checked(expr);
@@ -102,9 +102,7 @@ void checkStrict(const ZylNumExprArg& expr, double bound) {
 }
 
 void checkEnvironments(const ZylNumExprArg& left, const ZylNumExprArg& right) {
-  if (left.getImpl()->getEnv() != right.getImpl()->getEnv()) {
-    ZylRaiseWrongUsage("mixing mismatch Environments");
-  }
+  requireEnv(left.getImpl()->getEnv(), right, "mixing mismatch Environments");
 }
 
 bool isIntConstant(const ZylNumExprI* expr) {

@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "vorlane/model/algorithm_handle.h"
 
 ZYL_EXTRACTABLE_DEF(ZylConstraintI, ZylIntExprI)
@@ -29,9 +30,8 @@ void ZylConstraintI::whenRemovedFromCP(ZylAlgorithm algorithm, void* handle) con
 }
 
 ZylConstraint ZylConstraint::getClone(const ZylEnv& env) const {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  return ZylConstraint(
-      static_cast<ZylConstraintI*>(env.getImpl()->getClone(checked("Using empty Handle"))));
+  using zyl::detail::emptyHandle;
+  return ZylConstraint(zyl::detail::cloneIn(env, *this, emptyHandle("Using empty Handle")));
 }
 
 bool ZylExtractable::isConstraint() const {

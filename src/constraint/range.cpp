@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "common/own_linear.h"
 #include "vorlane/constraint/range_change.h"
 #include "vorlane/model/algorithm_handle.h"
@@ -106,12 +107,17 @@ long ZylRangeI::normalize() {
 
 namespace {
 
+using zyl::detail::argument;
+using zyl::detail::checked;
+using zyl::detail::wrongUsage;
+
+constexpr const char* Mixing = "mixing mismatch Environments";
+
 ZylRangeI* make(const ZylEnv& env, double lower, const ZylNumExprArg& expr, double upper,
                 const char* name) {
-  if (expr.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty handle");
-  ZylEnvI* owner = env.getImpl();
-  if (owner == nullptr) ZylRaiseEmptyHandle();
-  if (expr.getImpl()->getEnv() != owner) ZylRaiseWrongUsage("mixing mismatch Environments");
+  static_cast<void>(checked(expr, wrongUsage("Using empty handle")));
+  ZylEnvI* owner = checked(env);
+  zyl::detail::requireEnv(owner, expr, Mixing);
   return new (owner) ZylRangeI(owner, lower, expr.getImpl(), upper, name);
 }
 
@@ -128,17 +134,13 @@ ZylRange::ZylRange(const ZylEnv& env, double lower, const ZylNumExprArg& expr, c
     : ZylConstraint(make(env, lower, expr, ZylInfinity, name)) {}
 
 ZylRange::ZylRange(const ZylEnv& env, double lower, double upper, const char* name) {
-  ZylEnvI* owner = env.getImpl();
-  if (owner == nullptr) ZylRaiseEmptyHandle();
+  ZylEnvI* owner = zyl::detail::checked(env);
   _impl = new (owner) ZylRangeI(owner, lower, upper, name);
 }
 
 void ZylRange::setExpr(const ZylNumExprArg& expr) const {
   ZylRangeI* range = checkedRange();
-  if (expr.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  if (expr.getImpl()->getEnv() != range->getEnv()) {
-    ZylRaiseWrongUsage("mixing mismatch Environments");
-  }
+  zyl::detail::require(range->getEnv(), Mixing, argument(expr));
   range->setExpr(expr.getImpl());
 }
 
@@ -155,8 +157,8 @@ void ZylRange::setLinearCoefs(const ZylNumVarArray& variables, const ZylNumArray
 }
 
 ZylRange ZylRange::getClone(const ZylEnv& env) const {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  return ZylRange(static_cast<ZylRangeI*>(env.getImpl()->getClone(checkedRange())));
+  ZylEnvI* target = zyl::detail::checked(env);
+  return ZylRange(static_cast<ZylRangeI*>(target->getClone(checkedRange())));
 }
 
 ZylRange operator<=(const ZylRangeBase& range, double upper) {

@@ -2,6 +2,7 @@
 
 #include "vorlane/expr/conversion.h"
 
+#include "common/handle_check.h"
 #include "vorlane/model/algorithm_handle.h"
 
 ZYL_RECORD_DEF(ZylConversionI, ZylExtractableI)
@@ -28,12 +29,11 @@ namespace {
 using zyl::detail::ArrayCopy;
 
 ArrayCopy<ZylNumVarArray> copyOf(const ZylEnv& env, const ZylExtractableArray& variables) {
-  if (variables.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  return ArrayCopy<ZylNumVarArray>(env.getImpl(), variables.getImpl());
+  return ArrayCopy<ZylNumVarArray>(env.getImpl(), zyl::detail::checked(variables));
 }
 
 ArrayCopy<ZylNumVarArray> arrayOf(const ZylEnv& env, const ZylNumVar& variable) {
-  if (variable.getImpl() == nullptr) ZylRaiseEmptyHandle();
+  static_cast<void>(zyl::detail::checked(variable));
   return ArrayCopy<ZylNumVarArray>(ZylNumVarArray(env, 1, variable));
 }
 

@@ -3,6 +3,7 @@
 #include "vorlane/expr/expr_array.h"
 
 #include "common/build.h"
+#include "common/handle_check.h"
 #include "vorlane/expr/nodes.h"
 #include "vorlane/expr/var_array.h"
 
@@ -43,11 +44,7 @@ Node* makeElement(ZylIntExprI* index, const ZylArrayI* array) {
 template <class Node, class Array>
 Node* makeExprElement(const ZylIntExprArg& index, const ZylExtractableArray& array) {
   ZylIntExprI* const expr = checkedIndex(index, array.getImpl());
-  for (long i = 0; i < array.getSize(); ++i) {
-    if (array.getI(i) != nullptr && array.getI(i)->getEnv() != expr->getEnv()) {
-      ZylRaiseWrongUsage("operator[]: mixing mismatch Environments");
-    }
-  }
+  zyl::detail::requireEnv(expr->getEnv(), array, "operator[]: mixing mismatch Environments");
   return makeElement<Node, Array>(expr, array.getImpl());
 }
 

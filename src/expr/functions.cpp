@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "common/build.h"
+#include "common/handle_check.h"
 #include "vorlane/expr/nodes.h"
 
 ZylInvalidScalProdArraysException::ZylInvalidScalProdArraysException(const char* message)
@@ -18,10 +19,7 @@ Node* make(Operand* operand, Rest... rest) {
   return new (operand->getEnv()) Node(operand->getEnv(), operand, rest...);
 }
 
-ZylNumExprI* checkedExpr(const ZylNumExprArg& arg) {
-  if (arg.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  return arg.getImpl();
-}
+ZylNumExprI* checkedExpr(const ZylNumExprArg& arg) { return zyl::detail::checked(arg); }
 
 template <class Node>
 ZylNumExprArg function(const ZylNumExprArg& arg) {

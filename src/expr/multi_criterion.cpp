@@ -2,6 +2,8 @@
 
 #include "vorlane/expr/multi_criterion.h"
 
+#include "common/handle_check.h"
+
 #include <ostream>
 #include <utility>
 
@@ -24,7 +26,10 @@ void ZylMultiCriterionExprI::setName(const char* name) {
 
 namespace {
 
+using zyl::detail::checked;
 using Exprs = zyl::detail::ArrayCopy<ZylNumExprArray>;
+
+constexpr auto EmptyEnv = zyl::detail::wrongUsage("ZylEnv: using empty handle");
 
 ZylMultiCriterionExprI* make(ZylEnvI* env, Exprs exprs, ZylMultiCriterionExprI::Type type,
                              const char* name) {
@@ -33,12 +38,7 @@ ZylMultiCriterionExprI* make(ZylEnvI* env, Exprs exprs, ZylMultiCriterionExprI::
 
 ZylMultiCriterionExprI* checkedMake(ZylEnvI* env, Exprs exprs, ZylMultiCriterionExprI::Type type,
                                     const char* name) {
-  for (long i = 0; i < exprs.get().getSize(); ++i) {
-    const ZylExtractableI* expr = exprs.get().getI(i);
-    if (expr != nullptr && expr->getEnv() != env) {
-      ZylRaiseWrongUsage("mixing mismatch Environments");
-    }
-  }
+  zyl::detail::requireEnv(env, exprs.get(), "mixing mismatch Environments");
   return make(env, std::move(exprs), type, name);
 }
 
@@ -63,9 +63,9 @@ void ZylMultiCriterionExprI::display(std::ostream& stream) const {
 
 ZylMultiCriterionExpr::ZylMultiCriterionExpr(const ZylEnv& env, const ZylNumExprArray& exprs,
                                              Type type, const char* name) {
-  if (env.getImpl() == nullptr) ZylRaiseWrongUsage("ZylEnv: using empty handle");
-  if (exprs.getImpl() == nullptr) ZylRaiseEmptyHandle(ZylNumExprArray::EmptyText());
-  _impl = checkedMake(env.getImpl(), Exprs(env.getImpl(), exprs.getImpl()), type, name);
+  ZylEnvI* owner = zyl::detail::checked(env, EmptyEnv);
+  static_cast<void>(zyl::detail::checkedArray(exprs));
+  _impl = checkedMake(owner, Exprs(owner, exprs.getImpl()), type, name);
 }
 
 ZylNumExprArg ZylMultiCriterionExpr::getCriterion(long i) const {
@@ -89,10 +89,10 @@ namespace {
 
 template <class... Each>
 ZylMultiCriterionExpr staticLex(const ZylEnv& env, const Each&... exprs) {
-  if (env.getImpl() == nullptr) ZylRaiseWrongUsage("ZylEnv: using empty handle");
-  return ZylMultiCriterionExpr(checkedMake(
-      env.getImpl(), Exprs(ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...)),
-      ZylMultiCriterionExprI::StaticLex, nullptr));
+  return ZylMultiCriterionExpr(
+      checkedMake(checked(env, EmptyEnv),
+                  Exprs(ZylNumExprArray(env, static_cast<long>(sizeof...(exprs)), exprs...)),
+                  ZylMultiCriterionExprI::StaticLex, nullptr));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "common/build.h"
+#include "common/handle_check.h"
 #include "vorlane/expr/expression.h"
 #include "vorlane/expr/operators.h"
 #include "vorlane/model/algorithm_handle.h"
@@ -69,23 +70,6 @@ void ZylEnvI::release(ZylNumExprI* expr) {
 
 namespace {
 
-template <class Impl>
-Impl* checkedExpr(Impl* expr) {
-  if (expr == nullptr) ZylRaiseEmptyHandle();
-  return expr;
-}
-
-ZylEnvI* checkedEnv(const ZylEnv& env) {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  return env.getImpl();
-}
-
-template <class Impl>
-Impl* cloneOf(const Impl* expr, const ZylEnv& env) {
-  checkedExpr(expr);
-  return static_cast<Impl*>(checkedEnv(env)->getClone(expr));
-}
-
 bool hasTermsOnly(const ZylNumExprI* expr) {
   if (const auto* sum = zyl::as<ZylNumLinTermI>(expr)) return !sum->hasNonLinearPart();
   if (const auto* sum = zyl::as<ZylIntLinTermI>(expr)) return !sum->hasNonLinearPart();
@@ -95,7 +79,7 @@ bool hasTermsOnly(const ZylNumExprI* expr) {
 }  // namespace
 
 void ZylTestIsLinear(const ZylNumExprI* expr) {
-  if (!hasTermsOnly(checkedExpr(expr))) throw ZylNumExpr::NonLinearExpression(expr);
+  if (!hasTermsOnly(zyl::detail::checked(expr))) throw ZylNumExpr::NonLinearExpression(expr);
 }
 
 ZylNumExprArg::ZylNumExprArg(const ZylNumLinExprTerm& term)
@@ -116,7 +100,7 @@ ZylIntExprArg ZylExtractable::asIntExpr() const {
 }
 
 bool ZylNumExprArg::isConstant() const {
-  const ZylNumExprI* expr = checkedExpr(getImpl());
+  const ZylNumExprI* expr = zyl::detail::checked(*this);
   if (const auto* sum = zyl::as<ZylNumLinTermI>(expr)) return sum->isConstant();
   if (const auto* sum = zyl::as<ZylIntLinTermI>(expr)) return sum->isConstant();
   return false;
@@ -128,15 +112,15 @@ double ZylNumExprArg::getNumConstant() const {
 }
 
 ZylNumExprArg ZylNumExprArg::getClone(const ZylEnv& env) const {
-  return ZylNumExprArg(cloneOf(getImpl(), env));
+  return ZylNumExprArg(zyl::detail::cloneIn(env, *this));
 }
 
 void ZylNumExprArg::setClone(const ZylEnv& env, const ZylNumExprArg& clone) const {
-  checkedEnv(env)->setClone(checkedExpr(getImpl()), clone.getImpl());
+  zyl::detail::checked(env)->setClone(zyl::detail::checked(*this), clone.getImpl());
 }
 
 ZylIntExprArg ZylIntExprArg::getClone(const ZylEnv& env) const {
-  return ZylIntExprArg(cloneOf(getImpl(), env));
+  return ZylIntExprArg(zyl::detail::cloneIn(env, *this));
 }
 
 // --- counted handles -----------------------------------------------------------------------------
@@ -160,7 +144,7 @@ namespace {
 }
 
 void checkPair(const ZylNumExprI* expr, const ZylNumExprI* arg, void (*raise)()) {
-  if (checkedExpr(expr)->getEnv() != checkedExpr(arg)->getEnv()) raise();
+  if (zyl::detail::checked(expr)->getEnv() != zyl::detail::checked(arg)->getEnv()) raise();
 }
 
 // Takes a handle's own reference back while an operator runs, so that a node held by this handle
@@ -205,7 +189,7 @@ Impl* rewritten(Impl* held, Operation operation) {
 // The node to run a numeric operator on. An integer sum is replaced first, as a step of its own:
 // the operator would end it before it can fail.
 ZylNumExprI* numericSum(ZylNumExprI* held) {
-  if (zyl::detail::classOf(checkedExpr(held)) != NodeClass::IntLinear) return held;
+  if (zyl::detail::classOf(zyl::detail::checked(held)) != NodeClass::IntLinear) return held;
   HandleStepsBack handle(held);
   return handle.replacedBy(held->toNumLinTermI());
 }
@@ -220,7 +204,7 @@ ZylNumExpr::ZylNumExpr(const ZylNumLinExprTerm& term) : ZylNumExprArg(term) { ge
 ZylNumExpr::ZylNumExpr(const ZylIntLinExprTerm& term) : ZylNumExprArg(term) { getImpl()->hold(); }
 
 ZylNumExpr::ZylNumExpr(const ZylEnv& env, double constant)
-    : ZylNumExprArg(new (checkedEnv(env)) ZylNumLinTermI(env.getImpl(), constant)) {
+    : ZylNumExprArg(new (zyl::detail::checked(env)) ZylNumLinTermI(env.getImpl(), constant)) {
   getImpl()->hold();
 }
 
@@ -294,12 +278,12 @@ ZylIntExpr::ZylIntExpr(const ZylIntExprArg& arg) : ZylIntExprArg(arg) {
 ZylIntExpr::ZylIntExpr(const ZylIntLinExprTerm& term) : ZylIntExprArg(term) { getImpl()->hold(); }
 
 ZylIntExpr::ZylIntExpr(const ZylEnv& env, long constant)
-    : ZylIntExprArg(new (checkedEnv(env)) ZylIntLinTermI(env.getImpl(), constant)) {
+    : ZylIntExprArg(new (zyl::detail::checked(env)) ZylIntLinTermI(env.getImpl(), constant)) {
   getImpl()->hold();
 }
 
 ZylIntExpr& ZylIntExpr::operator+=(long constant) {
-  _impl = rewritten(checkedExpr(getImpl()), [constant](ZylIntExprI* expr) -> ZylIntExprI* {
+  _impl = rewritten(zyl::detail::checked(getImpl()), [constant](ZylIntExprI* expr) -> ZylIntExprI* {
     return zyl::detail::addIntConstant(expr, constant);
   });
   return *this;
@@ -310,7 +294,7 @@ ZylIntExpr& ZylIntExpr::operator-=(long constant) {
 }
 
 ZylIntExpr& ZylIntExpr::operator*=(long factor) {
-  _impl = rewritten(checkedExpr(getImpl()),
+  _impl = rewritten(zyl::detail::checked(getImpl()),
                     [factor](ZylIntExprI* expr) { return zyl::detail::scaleInt(expr, factor); });
   return *this;
 }

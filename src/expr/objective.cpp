@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "common/own_linear.h"
 #include "vorlane/expr/objective_change.h"
 #include "vorlane/model/algorithm_handle.h"
@@ -156,21 +157,23 @@ void ZylObjectiveI::normalize() {
 
 namespace {
 
-ZylEnvI* checkedEnv(const ZylEnv& env) {
-  if (env.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty handle");
-  return env.getImpl();
-}
+using zyl::detail::argument;
+using zyl::detail::checked;
+
+constexpr auto Empty = zyl::detail::wrongUsage("Using empty handle");
+constexpr const char* Mixing = "mixing mismatch Environments";
+
+ZylEnvI* checkedEnv(const ZylEnv& env) { return checked(env, Empty); }
 
 ZylNumExprI* checkedExpr(const ZylEnv& env, const ZylNumExprArg& expr) {
-  if (expr.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty handle");
-  if (expr.getImpl()->getEnv() != env.getImpl()) ZylRaiseWrongUsage("mixing mismatch Environments");
+  zyl::detail::require(env.getImpl(), Mixing, argument(expr, Empty));
   return expr.getImpl();
 }
 
 ZylObjective make(const ZylEnv& env, const ZylMultiCriterionExpr& criteria,
                   ZylObjective::Sense sense, const char* name) {
   checkedEnv(env);
-  if (criteria.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty handle");
+  static_cast<void>(checked(criteria, Empty));
   if (criteria.getNumCriteria() == 0) ZylRaiseWrongUsage("Array of criteria has size 0");
   return ZylObjective(env, criteria, sense, name);
 }
@@ -188,10 +191,7 @@ ZylObjective::ZylObjective(const ZylEnv& env, const ZylNumExprArg& expr, Sense s
 
 ZylObjective::ZylObjective(const ZylEnv& env, const ZylMultiCriterionExpr& criteria, Sense sense,
                            const char* name) {
-  if (criteria.getImpl() == nullptr) ZylRaiseWrongUsage("Using empty handle");
-  if (criteria.getImpl()->getEnv() != checkedEnv(env)) {
-    ZylRaiseWrongUsage("mixing mismatch Environments");
-  }
+  if (zyl::detail::checked(criteria, Empty)->getEnv() != checkedEnv(env)) ZylRaiseWrongUsage(Mixing);
   _impl = new (env.getImpl()) ZylObjectiveI(env.getImpl(), criteria.getImpl(), sense, name);
 }
 

@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "vorlane/expr/variable_change.h"
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/display.h"
@@ -40,10 +41,7 @@ namespace {
 
 constexpr const char* EmptyVariable = "Using empty ZylNumVar handle.";
 
-ZylEnvI* checkedEnv(const ZylEnv& env) {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle("Using empty ZylEnv handle.");
-  return env.getImpl();
-}
+ZylEnvI* checkedEnv(const ZylEnv& env) { return zyl::detail::checked(env, zyl::detail::EmptyEnv); }
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "vorlane/collection/range.h"
 #include "vorlane/env/number.h"
 #include "vorlane/env/property.h"
@@ -350,10 +351,10 @@ ZylVarDomainI* ZylNumVarI::makeDomain(double lower, double upper) const {
 
 namespace {
 
-ZylEnvI* checkedEnv(const ZylEnv& env) {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle("Using empty ZylEnv handle.");
-  return env.getImpl();
-}
+using zyl::detail::checkedArray;
+using zyl::detail::EmptyEnv;
+
+ZylEnvI* checkedEnv(const ZylEnv& env) { return zyl::detail::checked(env, EmptyEnv); }
 
 template <class... Args>
 ZylNumVarI* make(const ZylEnv& env, Args... args) {
@@ -366,12 +367,6 @@ double asBound(long bound) { return static_cast<double>(bound); }
 
 ZylVarDomainI* integerDomain(const ZylEnv& env, long lower, long upper) {
   return checkedEnv(env)->getOrMakeSharedDomain(lower, upper);
-}
-
-template <class Array>
-const Array& checkedArray(const Array& values) {
-  if (values.getImpl() == nullptr) ZylRaiseEmptyHandle(Array::EmptyText());
-  return values;
 }
 
 template <class Array>

@@ -1,8 +1,8 @@
 // Birth and death of a single extractable: its id, and who is told of it.
 
-#include "model/life_watch.h"
 #include <utility>
 
+#include "model/life_watch.h"
 #include "vorlane/env/environment.h"
 #include "vorlane/model/clone_manager.h"
 #include "vorlane/model/plug_in.h"

@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/handle_check.h"
 #include "common/unfinished.h"
 #include "vorlane/model/algorithm_handle.h"
 #include "vorlane/model/model_change.h"
@@ -84,23 +85,21 @@ void ZylModelI::remove(const ZylExtractableArray& elements) {
 
 namespace {
 
+using zyl::detail::argument;
+using zyl::detail::emptyHandle;
+
 // Raises unless both handles refer to something, of one environment.
 void check(const ZylModel& model, const char* modelText, const ZylExtractable& element,
            const char* elementText, const char* mismatchText) {
-  if (model.getImpl() == nullptr) ZylRaiseEmptyHandle(modelText);
-  if (element.getImpl() == nullptr) ZylRaiseEmptyHandle(elementText);
-  if (model.getImpl()->getEnv() != element.getImpl()->getEnv()) ZylRaiseWrongUsage(mismatchText);
+  const ZylModelI* owner = zyl::detail::checked(model, emptyHandle(modelText));
+  zyl::detail::require(owner->getEnv(), mismatchText, argument(element, emptyHandle(elementText)));
 }
 
 void check(const ZylModel& model, const char* modelText, const ZylExtractableArray& elements,
            const char* mismatchText) {
-  if (model.getImpl() == nullptr) ZylRaiseEmptyHandle(modelText);
-  for (long i = 0; i < elements.getSize(); ++i) {
-    const ZylExtractableI* element = elements.getI(i);
-    if (element != nullptr && element->getEnv() != model.getImpl()->getEnv()) {
-      ZylRaiseWrongUsage(mismatchText);
-    }
-  }
+  const ZylModelI* owner = zyl::detail::checked(model, emptyHandle(modelText));
+  static_cast<void>(zyl::detail::checkedArray(elements));
+  zyl::detail::requireEnv(owner->getEnv(), elements, mismatchText);
 }
 
 constexpr const char* AddMismatch = "extractables can only be added to ZylModel of the same env";
@@ -110,8 +109,7 @@ constexpr const char* RemoveMismatch =
 }  // namespace
 
 ZylModel::ZylModel(const ZylEnv& env, const char* name) {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  _impl = new (env.getImpl()) ZylModelI(env.getImpl(), name);
+  _impl = new (zyl::detail::checked(env)) ZylModelI(env.getImpl(), name);
 }
 
 ZylExtractable ZylModel::add(const ZylExtractable& element) const {
@@ -145,8 +143,7 @@ void ZylModel::expand(const ZylExtractable& element, const char* first, const ch
 }
 
 ZylModel ZylModel::getClone(const ZylEnv& env) const {
-  if (env.getImpl() == nullptr) ZylRaiseEmptyHandle();
-  return ZylModel(static_cast<ZylModelI*>(env.getImpl()->getClone(checked("Using empty Handle"))));
+  return ZylModel(zyl::detail::cloneIn(env, *this, emptyHandle("Using empty Handle")));
 }
 
 ZylModel::Iterator::Iterator(const ZylModel& model)
