@@ -1,25 +1,11 @@
 #include "vorlane/constraint/for_all.h"
 
 #include "expr/fixture.h"
+#include "support/index.h"
 #include "vorlane/constraint/for_all_change.h"
 
 namespace zyl::test {
 namespace {
-
-/// A generator over nothing, for a front end that has none yet.
-class Index final : public ZylGeneratorI {
-  ZYL_EXTRACTABLE(Index, ZylGeneratorI)
- public:
-  explicit Index(ZylEnvI* env) : ZylGeneratorI(env) {}
-  void visitSubExtractables(ZylExtractableVisitor*) override {}
-  void display(std::ostream& stream) const override {
-    stream << "i in 1..3";
-    displayFilters(stream);
-  }
-  ~Index() override { ++died; }
-  static inline int died = 0;
-};
-ZYL_EXTRACTABLE_DEF(Index, ZylGeneratorI)
 
 using ZylForAll = ExprTest;
 
