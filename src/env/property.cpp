@@ -40,6 +40,10 @@ void ZylNamedPropertyI::freeString(char* text) const {
 
 const char* ZylPreNamedPropertyI::getName() const { return _name; }
 
+ZylNamedPropertyI* ZylPreNamedPropertyI::makeClone(const ZylMemoryManager& manager) const {
+  return new (manager.getImpl()) ZylPreNamedPropertyI(manager.getImpl(), _name);
+}
+
 namespace {
 template <class P>
 void displayValue(std::ostream& stream, const P& property) {
@@ -118,21 +122,31 @@ void ZylNamedPropertySetI::addProperty(ZylNamedPropertyI* property) {
 
 void ZylNamedPropertySetI::addClonedProperty(const ZylNamedPropertyI* property) {
   testAbsent(property->getName());
+  insertClone(nullptr, property);
+}
+
+void ZylNamedPropertySetI::fastAdd(ZylNamedPropertyI* property) { insert(nullptr, property); }
+
+ZylNamedPropertySetI::PropertyList* ZylNamedPropertySetI::insert(PropertyList* before,
+                                                                 ZylNamedPropertyI* property) {
+  auto* cell = static_cast<PropertyList*>(_manager->alloc(sizeof(PropertyList)));
+  PropertyList*& link = before != nullptr ? before->next : _first;
+  *cell = PropertyList{property, link, before};
+  if (link != nullptr) link->prev = cell;
+  link = cell;
+  ++property->_useCount;
+  return cell;
+}
+
+ZylNamedPropertySetI::PropertyList* ZylNamedPropertySetI::insertClone(
+    PropertyList* before, const ZylNamedPropertyI* property) {
   ZylNamedPropertyI* clone = property->makeClone(getMemoryManager());
   try {
-    fastAdd(clone);
+    return insert(before, clone);
   } catch (...) {
     delete clone;
     throw;
   }
-}
-
-void ZylNamedPropertySetI::fastAdd(ZylNamedPropertyI* property) {
-  auto* cell = static_cast<PropertyList*>(_manager->alloc(sizeof(PropertyList)));
-  *cell = PropertyList{property, _first, nullptr};
-  if (_first != nullptr) _first->prev = cell;
-  _first = cell;
-  ++property->_useCount;
 }
 
 void ZylNamedPropertySetI::removeProperty(const char* name) {
@@ -166,10 +180,10 @@ void ZylNamedPropertySetI::removeAllProperties() {
 ZylNamedPropertySetI* ZylNamedPropertySetI::makeClone(const ZylMemoryManager& manager) const {
   auto* clone = new (manager.getImpl()) ZylNamedPropertySetI(manager.getImpl());
   try {
-    // Additions go to the front, so the last goes first.
-    const PropertyList* cell = _first;
-    while (cell != nullptr && cell->next != nullptr) cell = cell->next;
-    for (; cell != nullptr; cell = cell->prev) clone->addClonedProperty(cell->property);
+    PropertyList* last = nullptr;
+    for (const PropertyList* cell = _first; cell != nullptr; cell = cell->next) {
+      last = clone->insertClone(last, cell->property);
+    }
   } catch (...) {
     delete clone;
     throw;

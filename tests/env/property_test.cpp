@@ -128,6 +128,8 @@ TEST_F(ZylProperties, OwnersTakeSetsOver) {
   ZylNamedPropertySet set(env.getMemoryManager());
   set.addProperty(ZylNamedProperty(makeInt("a", 1)));
   owner->setProperties(set.getImpl());
+  set->addProperty(new (alloc) ZylPreNamedPropertyI(alloc, "c"));
+  set->fastAdd(makeInt("a", 2));
   EXPECT_EQ(owner->getIntProperty("a"), 1);
   owner->setProperties(set.getImpl());
   EXPECT_EQ(owner->getIntProperty("a"), 1) << "the set already held";

@@ -48,6 +48,9 @@ class ZYL_EXPORT ZylPreNamedPropertyI : public ZylNamedPropertyI {
   ZylPreNamedPropertyI(ZylGenAlloc* manager, const char* name)
       : ZylNamedPropertyI(manager), _name(manager->intern(name)) {}
   const char* getName() const override;
+  /// A property of the same name. A class that adds fields overrides this: its clone would be one
+  /// of the class that it comes from.
+  ZylNamedPropertyI* makeClone(const ZylMemoryManager& manager) const override;
 
  private:
   const char* _name;
@@ -126,12 +129,16 @@ class ZYL_EXPORT ZylNamedPropertySetI final : public ZylMemoryManagerObjectI {
   void removeProperty(const char* name);
   void removeProperty(const ZylNamedPropertyI* property);
   void removeAllProperties();
-  /// A new set with clones in the same order.
+  /// A new set with clones in the same order, made in that order. Names may occur twice, as after
+  /// `fastAdd`.
   [[nodiscard]] ZylNamedPropertySetI* makeClone(const ZylMemoryManager& manager) const;
   PropertyList* getFirst() const noexcept { return _first; }
 
  private:
   ZYL_LOCAL void testAbsent(const char* name) const;
+  // Behind a cell, at the head for null; returns the new cell.
+  ZYL_LOCAL PropertyList* insert(PropertyList* before, ZylNamedPropertyI* property);
+  ZYL_LOCAL PropertyList* insertClone(PropertyList* before, const ZylNamedPropertyI* property);
   ZYL_LOCAL void remove(PropertyList* cell);
   PropertyList* _first = nullptr;
 };
