@@ -107,10 +107,29 @@ TEST_F(ZylProperties, DeletionOfAUsedPropertyIsRefused) {
   EXPECT_EQ(handle.getImpl(), nullptr);
 }
 
+// Keeps a unit beside its value, and is read as a number all the same.
+class Measured final : public ZylNamedNumPropertyI {
+  ZYL_TYPE_MANAGED(Measured, ZylNamedNumPropertyI)
+ public:
+  using ZylNamedNumPropertyI::ZylNamedNumPropertyI;
+  char unit = 'm';
+};
+ZYL_TYPE_DEF(Measured, ZylNamedNumPropertyI)
+
+TEST_F(ZylProperties, ValueClassesMayBeExtended) {
+  auto* width = new (env.getMemoryManager()) Measured(alloc, "width", 2.5);
+  env.addProperty(ZylNamedProperty(width));
+  EXPECT_EQ(env.getNumProperty("width"), 2.5);
+  env.setNumProperty("width", 3.0);
+  EXPECT_EQ(width->getValue(), 3.0);
+}
+
 TEST_F(ZylProperties, SetsAreCloned) {
   EnvFixture other;
   auto* set = new (alloc) ZylNamedPropertySetI(alloc);
   set->addProperty(makeInt("a", 1));
+  set->addProperty(new (alloc) ZylPreNamedPropertyI(alloc, "c"));
+  set->fastAdd(makeInt("a", 2));
   set->addProperty(new (alloc) ZylNamedStringPropertyI(alloc, "b", "text"));
   ZylNamedPropertySetI* clone = set->makeClone(other.env.getMemoryManager());
   EXPECT_EQ(names(clone), names(set));
@@ -128,8 +147,6 @@ TEST_F(ZylProperties, OwnersTakeSetsOver) {
   ZylNamedPropertySet set(env.getMemoryManager());
   set.addProperty(ZylNamedProperty(makeInt("a", 1)));
   owner->setProperties(set.getImpl());
-  set->addProperty(new (alloc) ZylPreNamedPropertyI(alloc, "c"));
-  set->fastAdd(makeInt("a", 2));
   EXPECT_EQ(owner->getIntProperty("a"), 1);
   owner->setProperties(set.getImpl());
   EXPECT_EQ(owner->getIntProperty("a"), 1) << "the set already held";

@@ -56,9 +56,9 @@ class ZYL_EXPORT ZylPreNamedPropertyI : public ZylNamedPropertyI {
   const char* _name;
 };
 
-// A property class of a plain value.
+// A property class of a plain value. What derives from it is read and written by its value still.
 #define ZYL_VALUE_PROPERTY(Class, Value)                                          \
-  class ZYL_EXPORT Class final : public ZylPreNamedPropertyI {                    \
+  class ZYL_EXPORT Class : public ZylPreNamedPropertyI {                          \
     ZYL_TYPE_MANAGED(Class, ZylPreNamedPropertyI)                                 \
    public:                                                                        \
     using EmbeddedType = Value;                                                   \
@@ -83,7 +83,7 @@ ZYL_VALUE_PROPERTY(ZylNamedAnyPropertyI, void*)
 #undef ZYL_VALUE_PROPERTY
 
 /// A property of a text, which it owns.
-class ZYL_EXPORT ZylNamedStringPropertyI final : public ZylPreNamedPropertyI {
+class ZYL_EXPORT ZylNamedStringPropertyI : public ZylPreNamedPropertyI {
   ZYL_TYPE_MANAGED(ZylNamedStringPropertyI, ZylPreNamedPropertyI)
  public:
   using EmbeddedType = const char*;
