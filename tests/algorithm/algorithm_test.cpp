@@ -432,6 +432,7 @@ TEST_F(ZylAlgorithms, Properties) {
   EXPECT_EQ(handle.getIntProperty("p"), 4);
   EXPECT_THROW(handle.getNumProperty("p"), ZylNamedPropertySet::BadType);
   handle.removeAllProperties();
+  EXPECT_EQ(handle.getProperties().getImpl(), nullptr);
   EXPECT_THROW(handle.removeProperty("p"), ZylNamedPropertySet::NotPresent);
 }
 

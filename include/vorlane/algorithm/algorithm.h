@@ -54,7 +54,7 @@ class ZYL_EXPORT ZylExtractionScope {
 /// on the stack if it dies before the environment. Tables indexed by extractable id hold the
 /// engine's handle and the number of extractions of each object. Not synchronised.
 class ZYL_EXPORT ZylAlgorithmI {
-  ZYL_EXTENSION_OPERATIONS
+  ZYL_EXTENSION_OPERATIONS_BUT_ONE
  public:
   static constexpr long InitialIdCapacity = 1024;
 
@@ -62,6 +62,9 @@ class ZYL_EXPORT ZylAlgorithmI {
   explicit ZylAlgorithmI(ZylEnvI* env);
   ZylAlgorithmI(const ZylAlgorithmI&) = delete;
   ZylAlgorithmI& operator=(const ZylAlgorithmI&) = delete;
+
+  /// Deletes the set of properties: other owners only empty theirs.
+  void removeAllProperties() { setProperties(nullptr); }
 
   virtual void* makeOpenIterator(ZylGenAlloc* alloc, ZylIntSetVarI* set);
   virtual ~ZylAlgorithmI();

@@ -117,7 +117,15 @@ struct ZYL_EXPORT Extended {
 
 // The operations of an owner of an extension, for a class that has `_extension` and answers
 // `extensionAlloc()`. Meanings as in `zyl::detail::Extended`.
-#define ZYL_EXTENSION_OPERATIONS                                                              \
+#define ZYL_EXTENSION_OPERATIONS                                                         \
+  ZYL_EXTENSION_OPERATIONS_BUT_ONE                                                       \
+ public:                                                                                 \
+  void removeAllProperties() { zyl::detail::Extended::removeAllProperties(_extension); } \
+                                                                                         \
+ private:
+
+// The same for an owner with a `removeAllProperties` of its own.
+#define ZYL_EXTENSION_OPERATIONS_BUT_ONE                                                      \
  public:                                                                                      \
   const char* getName() const noexcept { return zyl::detail::Extended::getName(_extension); } \
   void setName(const char* name) {                                                            \
@@ -136,7 +144,6 @@ struct ZYL_EXPORT Extended {
   void setProperties(ZylNamedPropertySetI* properties) {                                      \
     zyl::detail::Extended::setProperties(extensionAlloc(), &_extension, properties);          \
   }                                                                                           \
-  void removeAllProperties() { zyl::detail::Extended::removeAllProperties(_extension); }      \
   void addProperty(ZylNamedPropertyI* property) {                                             \
     zyl::detail::Extended::addProperty(extensionAlloc(), &_extension, property);              \
   }                                                                                           \
