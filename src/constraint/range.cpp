@@ -76,8 +76,8 @@ void ZylRangeI::setBounds(double lower, double upper) {
   notify(ZylSetRangeBounds(this, lower, upper));
 }
 
-void ZylRangeI::setExpr(ZylNumExprI* expr) {
-  zyl::detail::replaceLinear<ZylSetRangeExpr>(this, &_expr, expr);
+void ZylRangeI::setExpr(const ZylNumExprArg& expr) {
+  zyl::detail::replaceLinear<ZylSetRangeExpr>(this, &_expr, expr.getImpl());
 }
 
 void ZylRangeI::setCoef(const ZylNumVar& variable, double coefficient) {
@@ -141,7 +141,7 @@ ZylRange::ZylRange(const ZylEnv& env, double lower, double upper, const char* na
 void ZylRange::setExpr(const ZylNumExprArg& expr) const {
   ZylRangeI* range = checkedRange();
   zyl::detail::require(range->getEnv(), Mixing, argument(expr));
-  range->setExpr(expr.getImpl());
+  range->setExpr(expr);
 }
 
 void ZylRange::setLinearCoef(const ZylNumVar& variable, double coefficient) const {

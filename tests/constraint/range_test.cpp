@@ -65,7 +65,7 @@ TEST_F(ZylRangeTest, EditsReachWhoeverHasExtractedIt) {
   ZylNumVarArray vars(env, 2L, x, y);
   ZylNumArray coefs(env, 2L, 0.0, 9.0);
   range.setLinearCoefs(vars, coefs);
-  range.setExpr(2 * x);
+  range.getImpl()->setExpr(2 * x);
   ZylRangeArray both(env, 2L, range, other);
   both.setBounds(ZylNumArray(env, 2L, 0.0, 0.5), ZylNumArray(env, 2L, 6.0, 7.0));
   EXPECT_EQ(range.getUB(), 6.0);

@@ -60,8 +60,8 @@ class ZYL_EXPORT ZylRangeI final : public ZylConstraintI {
     _upper = upper;
   }
   /// Replaces the expression; bounds and the new constant stay as they are. Sends
-  /// `ZylSetRangeExpr`.
-  void setExpr(ZylNumExprI* expr);
+  /// `ZylSetRangeExpr`. `expr` is not empty.
+  void setExpr(const ZylNumExprArg& expr);
   /// Sets coefficients on an expression of the range's own. Raise `ZylWrongUsage` for an aggregate
   /// or non-linear expression. Send `ZylSetRangeCoef`, `ZylSetRangeCoefs`. O(number of terms).
   void setCoef(const ZylNumVar& variable, double coefficient);
