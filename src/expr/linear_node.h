@@ -54,14 +54,18 @@ void displayLongLinear(std::ostream& stream, const TermList& terms, const ItemLi
   stream << ") ";
 }
 
-// `Node::displayTerm` writes one term, and nothing for a zero one.
+// `Node::displayTerm` writes one term, and answers whether it wrote anything; the library's own
+// writes nothing for a zero one. What joins two terms goes by the answer for the first alone: what
+// comes next is not known yet.
 template <class Node, class Constant>
 void displayShortLinear(std::ostream& stream, const Node& node, const TermList& terms,
                         const ItemList& items, Constant constant) {
   bool some = false;
+  bool wrote = false;
   for (const ZylNumLinExprTermI* term = terms._head; term != nullptr; term = term->_next) {
-    if (some && term->_coef != 0.0) stream << " + ";
-    if (node.displayTerm(stream, term) != 0) some = true;
+    if (wrote) stream << " + ";
+    wrote = node.displayTerm(stream, term) != 0;
+    some = some || wrote;
   }
   displayItems(stream, items, &some);
   if (constant == Constant(0) && some) return;

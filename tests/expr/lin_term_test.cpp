@@ -34,6 +34,29 @@ TEST_F(LinTermTest, NormalFormStandsAtTheLastOccurrence) {
   EXPECT_EQ(e.getImpl()->normalize(), 0);
 }
 
+// What joins two terms goes by whether the one before it was written.
+TEST_F(LinTermTest, ShortFormGoesByTheTermBefore) {
+  struct Tagged : ZylNumLinTermI {
+    using ZylNumLinTermI::ZylNumLinTermI;
+    long displayTerm(std::ostream& stream, const ZylNumLinExprTermI* term) const override {
+      if (term->_coef < 0.0) return 0;
+      stream << "<" << term->_coef << ">";
+      return 1;
+    }
+  };
+  Tagged own(impl, 1.0);
+  ZylNumLinTermI plain(impl, 0.0);
+  for (const double coef : {0.0, 1.0, 0.0, 2.0, -3.0}) {
+    for (ZylNumLinTermI* sum : {&plain, static_cast<ZylNumLinTermI*>(&own)}) {
+      sum->append(impl->newTerm(x.getImpl(), coef));
+    }
+  }
+  EXPECT_TRUE(DisplaysAs(&plain, "x  + 2 * x  + -3 * x "));
+  plain.append(impl->newTerm(y.getImpl(), 0.0));
+  EXPECT_TRUE(DisplaysAs(&plain, "x  + 2 * x  + -3 * x  + "));
+  EXPECT_TRUE(DisplaysAs(&own, "<0> + <1> + <0> + <2> +  + 1 "));
+}
+
 // Both kinds of marks, with zeros and with terms at either end going.
 TEST_F(LinTermTest, NormalFormAgreesWithMap) {
   const ZylNumVarArray vars(env, 12, 0.0, 1.0);
