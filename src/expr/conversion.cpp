@@ -29,7 +29,9 @@ namespace {
 using zyl::detail::ArrayCopy;
 
 ArrayCopy<ZylNumVarArray> copyOf(const ZylEnv& env, const ZylExtractableArray& variables) {
-  return ArrayCopy<ZylNumVarArray>(env.getImpl(), zyl::detail::checked(variables));
+  const ZylArrayI* elements = zyl::detail::checked(variables);
+  zyl::detail::requireElements(variables);
+  return ArrayCopy<ZylNumVarArray>(env.getImpl(), elements);
 }
 
 ArrayCopy<ZylNumVarArray> arrayOf(const ZylEnv& env, const ZylNumVar& variable) {

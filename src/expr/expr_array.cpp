@@ -44,6 +44,7 @@ Node* makeElement(ZylIntExprI* index, const ZylArrayI* array) {
 template <class Node, class Array>
 Node* makeExprElement(const ZylIntExprArg& index, const ZylExtractableArray& array) {
   ZylIntExprI* const expr = checkedIndex(index, array.getImpl());
+  zyl::detail::requireElements(array);
   zyl::detail::requireEnv(expr->getEnv(), array, "operator[]: mixing mismatch Environments");
   return makeElement<Node, Array>(expr, array.getImpl());
 }

@@ -38,6 +38,7 @@ ZylMultiCriterionExprI* make(ZylEnvI* env, Exprs exprs, ZylMultiCriterionExprI::
 
 ZylMultiCriterionExprI* checkedMake(ZylEnvI* env, Exprs exprs, ZylMultiCriterionExprI::Type type,
                                     const char* name) {
+  zyl::detail::requireElements(exprs.get());
   zyl::detail::requireEnv(env, exprs.get(), "mixing mismatch Environments");
   return make(env, std::move(exprs), type, name);
 }

@@ -18,8 +18,8 @@ void ZylExtractableVisitor::visitChildren(ZylExtractableI* parent, ZylExtractabl
 bool ZylFindMarkedVisitor::stop() const { return _result != 0; }
 
 void ZylFindMarkedVisitor::visitChildren(ZylExtractableI*, ZylExtractableI* child) {
-  if (_result != 0) return;
-  if (child == nullptr || child->getEnv()->isMarked(child)) _result = 1;
+  if (_result != 0 || child == nullptr) return;
+  if (child->getEnv()->isMarked(child)) _result = 1;
 }
 
 bool ZylFindVisitor::stop() const { return _result != 0; }

@@ -7,6 +7,7 @@
 
 #include "expr/fixture.h"
 #include "expr/node_rows.h"
+#include "vorlane/expr/multi_criterion.h"
 
 namespace zyl::test {
 namespace {
@@ -129,6 +130,20 @@ TEST_F(NodesTest, ArraysDropElementsThatAreRemoved) {
   x.end();
   EXPECT_TRUE(isAlive(sumId));
   EXPECT_TRUE(DisplaysAs(sum, "1 "));
+}
+
+// An array with an empty slot is built by hand alone: who holds it stays when something else goes.
+TEST_F(NodesTest, HandlesRefuseEmptyElementsAndNodesBearThem) {
+  const ZylNumExprArray nums(env, 2);
+  nums[0] = x;
+  ExpectEachRaises<ZylEmptyHandleException>(
+      "Using empty handle.",
+      {[&] { nums[i]; }, [&] { ZylNumVarArray(env, 1)[i]; }, [&] { ZylMax(nums); },
+       [&] { ZylConversion(env, ZylIntVarArray(env, 1), ZylNumVar::Int); },
+       [&] { ZylStaticLex(env, nums, nullptr); }});
+  const long id = (new (impl) ZylNumMaxArrayI(impl, nums))->getId();
+  y.end();
+  EXPECT_TRUE(isAlive(id));
 }
 
 TEST_F(NodesTest, HooksRaiseUntilAnEngineInstallsThem) {

@@ -39,8 +39,8 @@ class ZYL_EXPORT ZylConversionRemoveVar final
   using LeftFrom::LeftFrom;
 };
 
-/// Handle of a conversion. Raises `ZylEmptyHandleException` for an empty argument; arrays are
-/// copied.
+/// Handle of a conversion. Raises `ZylEmptyHandleException` for an empty argument or
+/// element; arrays are copied.
 class ZYL_EXPORT ZylConversion : public ZylExtractable {
   ZYL_HANDLE(ZylConversion, ZylExtractable, ZylConversionI)
  public:

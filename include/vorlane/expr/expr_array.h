@@ -20,7 +20,8 @@ class ZYL_EXPORT ZylNumExprArray : public zyl::detail::HandleArray<ZylNumExprArr
   /// `ZylEnv::IncompatibleMemoryManagerException` for an array outside an environment.
   void releaseExprs() const;
   /// The element at the value of `index`; a value outside the array counts as 0. The array is
-  /// copied. Raises `ZylWrongUsage` if an element is of another environment than the index.
+  /// copied. Raises `ZylEmptyHandleException` for an empty element, and `ZylWrongUsage` if one is
+  /// of another environment than the index.
   ZylNumExprArg operator[](const ZylIntExprArg& index) const;
 };
 

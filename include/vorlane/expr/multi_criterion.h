@@ -47,7 +47,8 @@ class ZYL_EXPORT ZylMultiCriterionExpr {
 
   ZylMultiCriterionExpr() = default;
   explicit ZylMultiCriterionExpr(ZylMultiCriterionExprI* impl) noexcept : _impl(impl) {}
-  /// Copies the array, which stays the client's. Raises `ZylWrongUsage` on an empty environment,
+  /// Copies the array, which stays the client's. Raises `ZylEmptyHandleException` for an
+  /// empty element, `ZylWrongUsage` on an empty environment,
   /// and for a criterion of another one.
   ZylMultiCriterionExpr(const ZylEnv& env, const ZylNumExprArray& exprs, Type type,
                         const char* name = nullptr);

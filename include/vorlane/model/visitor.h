@@ -24,7 +24,7 @@ class ZYL_EXPORT ZylExtractableVisitor {
   virtual bool stop() const;
 };
 
-/// Finds a direct child that is missing, finished or marked for removal.
+/// Finds a direct child that is finished or marked for removal; null children are skipped.
 class ZYL_EXPORT ZylFindMarkedVisitor : public ZylExtractableVisitor {
  public:
   using ZylExtractableVisitor::visitChildren;
