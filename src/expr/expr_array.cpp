@@ -2,6 +2,8 @@
 
 #include "vorlane/expr/expr_array.h"
 
+#include <utility>
+
 #include "common/build.h"
 #include "common/handle_check.h"
 #include "vorlane/expr/nodes.h"
@@ -25,6 +27,24 @@ void release(const ZylExtractableArray& array) {
   ZylEnvI* env = array.getImpl()->getEnv();
   for (long i = 0; i < array.getImpl()->getSize(); ++i) {
     env->release(array.getImpl()->element<ZylNumExprI*>(i));
+  }
+}
+
+// The elements that stay keep their order. Each of the others gives its reference back when nothing
+// of the array is in motion any more; one that a refusal leaves is there still, and holds its own.
+void releaseMarked(const ZylExtractableArray& array) {
+  ZylArrayI* const impl = array.getImpl();
+  if (impl == nullptr) return;
+  ZylEnvI* env = impl->getEnv();
+  long kept = 0;
+  for (long i = 0; i < impl->getSize(); ++i) {
+    if (array.getI(i) != nullptr && env->isMarked(array.getI(i))) continue;
+    std::swap(impl->element<ZylExtractableI*>(kept++), impl->element<ZylExtractableI*>(i));
+  }
+  while (impl->getSize() > kept) {
+    auto* last = impl->element<ZylNumExprI*>(impl->getSize() - 1);
+    impl->truncate(impl->getSize() - 1);
+    env->release(last);
   }
 }
 
@@ -53,6 +73,7 @@ Node* makeExprElement(const ZylIntExprArg& index, const ZylExtractableArray& arr
 
 void ZylNumExprArray::lockExprs() const noexcept { lock(*this); }
 void ZylNumExprArray::releaseExprs() const { release(*this); }
+void ZylNumExprArray::releaseMarkedExprs() const { releaseMarked(*this); }
 
 ZylNumExprArg ZylNumExprArray::operator[](const ZylIntExprArg& index) const {
   return ZylNumExprArg(makeExprElement<ZylNumExprArrayElementI, ZylNumExprArray>(index, *this));
@@ -60,6 +81,7 @@ ZylNumExprArg ZylNumExprArray::operator[](const ZylIntExprArg& index) const {
 
 void ZylIntExprArray::lockExprs() const noexcept { lock(*this); }
 void ZylIntExprArray::releaseExprs() const { release(*this); }
+void ZylIntExprArray::releaseMarkedExprs() const { releaseMarked(*this); }
 
 ZylIntExprArg ZylIntExprArray::operator[](const ZylIntExprArg& index) const {
   return ZylIntExprArg(makeExprElement<ZylIntExprArrayElementI, ZylIntExprArray>(index, *this));

@@ -132,6 +132,19 @@ TEST_F(NodesTest, ArraysDropElementsThatAreRemoved) {
   EXPECT_TRUE(DisplaysAs(sum, "1 "));
 }
 
+TEST_F(NodesTest, ArraysGiveBackWhatTheyDrop) {
+  ZylExpr part = 2 * x;
+  const ZylNumExpr extreme(ZylMax(ZylNumExprArray(env, 3, part, y, part)));
+  const ZylNumExpr element(ZylNumExprArray(env, 2, z, part)[i]);
+  const long id = part.getId();
+  EXPECT_EQ(part.getImpl()->getCount(), 4);
+  part.removeFromAll();
+  EXPECT_EQ(part.getImpl()->getCount(), 1);
+  EXPECT_TRUE(DisplaysAs(extreme, "max([y[0..10] ])"));
+  part.end();
+  EXPECT_FALSE(isAlive(id));
+}
+
 // An array with an empty slot is built by hand alone: who holds it stays when something else goes.
 TEST_F(NodesTest, HandlesRefuseEmptyElementsAndNodesBearThem) {
   const ZylNumExprArray nums(env, 2);

@@ -19,6 +19,8 @@ class ZYL_EXPORT ZylNumExprArray : public zyl::detail::HandleArray<ZylNumExprArr
   /// Releases each element that is not empty. Raises
   /// `ZylEnv::IncompatibleMemoryManagerException` for an array outside an environment.
   void releaseExprs() const;
+  /// `removeMarked` of an array with locked elements: releases each element that it drops.
+  void releaseMarkedExprs() const;
   /// The element at the value of `index`; a value outside the array counts as 0. The array is
   /// copied. Raises `ZylEmptyHandleException` for an empty element, and `ZylWrongUsage` if one is
   /// of another environment than the index.
@@ -32,6 +34,7 @@ class ZYL_EXPORT ZylIntExprArray : public zyl::detail::HandleArray<ZylIntExprArr
 
   void lockExprs() const noexcept;
   void releaseExprs() const;
+  void releaseMarkedExprs() const;
   ZylIntExprArg operator[](const ZylIntExprArg& index) const;
   /// The same elements as numeric expressions, in a new array.
   [[nodiscard]] ZylNumExprArray toNumExprArray() const;

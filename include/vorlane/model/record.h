@@ -392,8 +392,11 @@ void Owned<Array>::display(std::ostream& stream) const {
 
 template <class Array>
 void Owned<Array>::dropDead() const {
-  if constexpr (detail::HasExtractables<Array>) {
-    if (!isEmpty()) _array.removeMarked();
+  if (isEmpty()) return;
+  if constexpr (detail::IsCounting<Array>) {
+    _array.releaseMarkedExprs();
+  } else if constexpr (detail::HasExtractables<Array>) {
+    _array.removeMarked();
   }
 }
 
