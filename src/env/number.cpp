@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 double ZylInfinityValue = 0.0;
 
@@ -67,6 +69,9 @@ bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 double ZylParseNum(const char* text) {
   if (startsWith(text, "infinity") || startsWith(text, "Infinity")) return ZylInfinity;
   if (startsWith(text, "-infinity") || startsWith(text, "-Infinity")) return -ZylInfinity;
+  // As streams print them.
+  if (std::strcmp(text, "inf") == 0) return ZylInfinity;
+  if (std::strcmp(text, "-inf") == 0) return -ZylInfinity;
   errno = 0;
   char* end = nullptr;
   const double value = ZylStrtod(text, &end);
@@ -94,10 +99,13 @@ constexpr long MaxDigits = 18;
 constexpr long MaxExponent = 511;
 constexpr double PowersOf10[] = {10., 100., 1.0e4, 1.0e8, 1.0e16, 1.0e32, 1.0e64, 1.0e128, 1.0e256};
 
-// The digits of a mantissa: its value, and the power of ten that its last kept digit stands for.
+// The digits of a mantissa: how many there are, those kept as an integer and as the double that is
+// scaled, and the power of ten that the last kept one stands for.
 struct Mantissa {
   const char* end;
   long digits;
+  long kept;
+  long integer;
   double value;
   long exponent;
 };
@@ -130,10 +138,33 @@ Mantissa readMantissa(const char* p) {
     ++kept;
     if (point) ++behindPoint;
   }
-  double scale = 1.0;
-  for (long i = 9; i < kept; ++i) scale *= 10.0;
-  const double value = static_cast<double>(parts[0]) * scale + static_cast<double>(parts[1]);
-  return {p, digits, value, -behindPoint};
+  long scale = 1;
+  for (long i = 9; i < kept; ++i) scale *= 10;
+  const double value =
+      static_cast<double>(parts[0]) * static_cast<double>(scale) + static_cast<double>(parts[1]);
+  return {p, digits, kept, parts[0] * scale + parts[1], value, -behindPoint};
+}
+
+// Whether the largest number, written with as many digits as these, reads like this. Fewer digits
+// than it takes to tell most numbers apart are meant as they stand.
+bool readsAsLargest(const Mantissa& mantissa, long exponent) {
+  constexpr long Largest = 179769313486231571;  // * 1e291
+  if (mantissa.kept < std::numeric_limits<double>::digits10) return false;
+  long unit = 1;
+  for (long i = mantissa.kept; i < MaxDigits; ++i) unit *= 10;
+  return (Largest + unit / 2) / unit == mantissa.integer && exponent + mantissa.kept == 291 + 18;
+}
+
+// For numbers at either end of the range, where a factor of the exponent alone would leave it.
+double scaledAtTheEnd(const Mantissa& mantissa, long exponent) {
+  char text[48];
+  const int length = std::snprintf(text, sizeof(text), "%lde%ld", mantissa.integer, exponent);
+  double value = 0.0;
+  const bool inRange = std::from_chars(text, text + length, value).ec == std::errc();
+  if (inRange || exponent < 0) return value;  // what is too small to tell from 0 is 0
+  if (readsAsLargest(mantissa, exponent)) return ZylNumMax;
+  errno = ERANGE;
+  return ZylInfinity;
 }
 
 }  // namespace
@@ -161,17 +192,16 @@ double ZylStrtod(const char* text, char** end) {
       for (; isDigit(*p); ++p) exponent = std::min(exponent * 10 + (*p - '0'), 100000000L);
     }
     exponent = mantissa.exponent + (negativeExponent ? -exponent : exponent);
-    const bool divide = exponent < 0;
-    exponent = std::abs(exponent);
-    if (exponent > MaxExponent) {
+    if (std::abs(exponent) > MaxExponent) {
       errno = ERANGE;
-      exponent = MaxExponent;
+      exponent = std::clamp(exponent, -MaxExponent, MaxExponent);
     }
     double factor = 1.0;
-    for (long bit = 0; exponent != 0; exponent >>= 1, ++bit) {
-      if ((exponent & 1) != 0) factor *= PowersOf10[bit];
+    for (long bit = 0, left = std::abs(exponent); left != 0; left >>= 1, ++bit) {
+      if ((left & 1) != 0) factor *= PowersOf10[bit];
     }
-    value = divide ? value / factor : value * factor;
+    value = exponent < 0 ? value / factor : value * factor;
+    if (std::isinf(factor) || std::isinf(value)) value = scaledAtTheEnd(mantissa, exponent);
   }
   if (end != nullptr) *end = const_cast<char*>(p);  // NOLINT: the signature of strtod
   return negative ? -value : value;

@@ -45,13 +45,15 @@ class ZYL_EXPORT ZylParsingNumberMismatch : public ZylException {
   Type _type;
 };
 
-/// Parses a double; "infinity" and "Infinity", signed or not, may have anything behind them. Raises
+/// Parses a double; "infinity" and "Infinity", with or without a minus, may have anything behind
+/// them. Reads what `convertZylNum` and streams print of any number, "inf" included. Raises
 /// `ZylParsingNumberMismatch`.
 ZYL_EXPORT double ZylParseNum(const char* text);
 /// Parses a decimal integer; "maxint", "-maxint", "true" and "false" may have anything behind them.
 ZYL_EXPORT long ZylParseInt(const char* text);
 /// Like strtod, with "." as the point in every locale, no hexadecimal form, and at most 18
-/// significant digits. Sets errno to ERANGE for an exponent beyond 511.
+/// significant digits. Sets errno to ERANGE for an exponent beyond 511, and where the result is
+/// infinite; what is too small is 0. `ZylNumMax` rounded up to 15 digits or more is `ZylNumMax`.
 ZYL_EXPORT double ZylStrtod(const char* text, char** end);
 /// Writes the magnitude of `value` in the manner of %g with 1 to 14 digits behind the first (-1
 /// means 14) and returns the length; `*status` becomes 0, or -1 with the text "?" where there is no
