@@ -11,9 +11,9 @@ ZylTypeInfo ZylRtti::GetBaseTypeInfo() noexcept {
   return nullptr;
 }
 
-long ZylRtti::getTypeIndex() const noexcept { return GetTypeIndex(); }
-ZylTypeInfo ZylRtti::getTypeInfo() const noexcept { return GetTypeInfo(); }
-bool ZylRtti::isType(ZylTypeInfo type) const noexcept { return type == GetTypeInfo(); }
+long ZylRtti::getTypeIndex() const { return GetTypeIndex(); }
+ZylTypeInfo ZylRtti::getTypeInfo() const { return GetTypeInfo(); }
+bool ZylRtti::isType(ZylTypeInfo type) const { return type == GetTypeInfo(); }
 
 // The stores go through a builtin. NOLINTNEXTLINE(readability-non-const-parameter)
 void zyl::detail::assignTypeIndex(long* index) {

@@ -36,11 +36,11 @@ class ZYL_EXPORT ZylRtti {
   static long GetTypeIndex() noexcept { return 0; }
 
   /// The index of the object's class, 0 while nothing has asked the class for it.
-  virtual long getTypeIndex() const noexcept;
-  virtual ZylTypeInfo getTypeInfo() const noexcept;
+  virtual long getTypeIndex() const;
+  virtual ZylTypeInfo getTypeInfo() const;
   /// Whether the object is of the class with this token, or of one derived from it.
-  virtual bool isType(ZylTypeInfo type) const noexcept;
-  virtual const char* getRttiTypeName() const noexcept = 0;
+  virtual bool isType(ZylTypeInfo type) const;
+  virtual const char* getRttiTypeName() const = 0;
 
  protected:
   ZylRtti() = default;
@@ -63,25 +63,23 @@ ZYL_EXPORT void assignTypeIndex(long* index);
 // class's source: the first keeps the class's tables there, the second must be one in the process.
 // The rest is inline, and so no symbol of the library. ZYL_TYPE is for classes whose base already
 // has `getBaseTypeInfo` and `getBaseTypeIndex`; ZYL_TYPE_FIRST for those directly under the root.
-#define ZYL_TYPE_COMMON_(Class, Base)                                         \
- public:                                                                      \
-  static long _rttiIndex;                                                     \
-  static ZylTypeInfo GetTypeInfo() noexcept {                                 \
-    return reinterpret_cast<ZylTypeInfo>(&Class::GetBaseTypeInfo);            \
-  }                                                                           \
-  static ZylTypeInfo GetBaseTypeInfo() noexcept;                              \
-  static void InitTypeIndex() { zyl::detail::assignTypeIndex(&_rttiIndex); }  \
-  static long GetTypeIndex() {                                                \
-    InitTypeIndex();                                                          \
-    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                    \
-  }                                                                           \
-  static const char* GetRttiTypeName() noexcept { return #Class; }            \
-  long getTypeIndex() const noexcept override {                               \
-    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                    \
-  }                                                                           \
-  ZylTypeInfo getTypeInfo() const noexcept override { return GetTypeInfo(); } \
-  bool isType(ZylTypeInfo type) const noexcept override;                      \
-  const char* getRttiTypeName() const noexcept override { return GetRttiTypeName(); }
+#define ZYL_TYPE_COMMON_(Class, Base)                                                           \
+ public:                                                                                        \
+  static long _rttiIndex;                                                                       \
+  static ZylTypeInfo GetTypeInfo() noexcept {                                                   \
+    return reinterpret_cast<ZylTypeInfo>(&Class::GetBaseTypeInfo);                              \
+  }                                                                                             \
+  static ZylTypeInfo GetBaseTypeInfo() noexcept;                                                \
+  static void InitTypeIndex() { zyl::detail::assignTypeIndex(&_rttiIndex); }                    \
+  static long GetTypeIndex() {                                                                  \
+    InitTypeIndex();                                                                            \
+    return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE);                                      \
+  }                                                                                             \
+  static const char* GetRttiTypeName() noexcept { return #Class; }                              \
+  long getTypeIndex() const override { return __atomic_load_n(&_rttiIndex, __ATOMIC_ACQUIRE); } \
+  ZylTypeInfo getTypeInfo() const override { return GetTypeInfo(); }                            \
+  bool isType(ZylTypeInfo type) const override;                                                 \
+  const char* getRttiTypeName() const override { return GetRttiTypeName(); }
 
 #define ZYL_TYPE_FIRST(Class, Base)                                         \
   ZYL_TYPE_COMMON_(Class, Base)                                             \
@@ -107,9 +105,7 @@ ZYL_EXPORT void assignTypeIndex(long* index);
     __asm__ volatile("" : : "r"(&Class::_rttiIndex));                           \
     return Base::GetTypeInfo();                                                 \
   }                                                                             \
-  bool Class::isType(ZylTypeInfo type) const noexcept {                         \
-    return type == GetTypeInfo() || Base::isType(type);                         \
-  }
+  bool Class::isType(ZylTypeInfo type) const { return type == GetTypeInfo() || Base::isType(type); }
 
 namespace zyl {
 /// Returns `object` as a `T` if it is one by the system's type identity, otherwise null. The one
