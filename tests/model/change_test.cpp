@@ -53,7 +53,7 @@ TEST_F(ZylRouting, OnlyThoseWhoExtractedTheObject) {
   RecordingAlgorithm* uses = algorithm("uses");
   RecordingAlgorithm* other = algorithm("other");
   plugIn("tied to uses", uses);
-  plugIn("tied to other", other);
+  plugIn("tied to other")->setAlgorithm(other);
   extractInto({uses}, x);
   x.setUB(5);
   EXPECT_EQ(log, (Log{"tied to uses: ZylSetNumVarBounds", "uses: apply ZylSetNumVarBounds"}));

@@ -30,6 +30,9 @@ class ZYL_EXPORT ZylNotifiedPlugIn : public ZylPlugIn {
   virtual void removeAlgorithm(ZylAlgorithmI* algorithm);
 
   ZylAlgorithmI* getAlgorithmI() const noexcept { return _algorithm; }
+  /// Ties the plug-in to an algorithm from now on; null lets it hear of all. The end of the
+  /// algorithm unties it while it is among those that `addNotified` told of.
+  void setAlgorithm(ZylAlgorithmI* algorithm) noexcept { _algorithm = algorithm; }
 
  private:
   friend class ZylPlugInManager;
