@@ -481,7 +481,12 @@ inline void freeInEnv(ZylEnvI* env, void* block, std::size_t size) noexcept {
 /// would fall to the standard placement form and build the object on top of the environment.
 inline void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
 inline void* operator new(std::size_t size, const ZylEnv& env) {
-  return env.getImpl()->alloc(size);
+  return zyl::detail::ownerOf(env)->alloc(size);
+// What a handle stands for; raises `ZylEmptyHandleException` for an empty one.
+inline ZylEnvI* ownerOf(const ZylEnv& env) {
+  if (ZYL_UNLIKELY(env.getImpl() == nullptr)) ZylRaiseEmptyHandle();
+  return env.getImpl();
+}
 }
 /// A constructor that raised: the size is unknown here, so the block waits for its pool's end.
 inline void operator delete(void*, ZylEnvI*) noexcept {}

@@ -88,6 +88,14 @@ class ZYL_EXPORT ZylMemoryManager {
 ZYL_EXPORT ZylEnvI* ZylGetEnv(const ZylMemoryManager& manager) noexcept;
 ZYL_EXPORT ZylEnvI* ZylGetEnv(const ZylGenAlloc* manager) noexcept;
 
+namespace zyl::detail {
+// What a handle stands for; raises `ZylEmptyHandleException` for an empty one.
+inline ZylGenAlloc* ownerOf(const ZylMemoryManager& manager) {
+  if (ZYL_UNLIKELY(manager.getImpl() == nullptr)) ZylRaiseEmptyHandle();
+  return manager.getImpl();
+}
+}  // namespace zyl::detail
+
 /// Placement in an allocator. Without it, `new (manager) T` would fall to the standard placement
 /// form and build the object on top of the manager.
 inline void* operator new(std::size_t size, ZylGenAlloc* manager) { return manager->alloc(size); }

@@ -20,12 +20,18 @@
 // of the block of an object whose constructor raised. A live object tells its size when it is
 // deleted; here there is none yet, so the class states the size. Without this macro the base's
 // release serves, with the base's size: sound, but the block is counted as a smaller one.
-#define ZYL_TYPE_POOLED_(Class, Base, Owner, Release)                                      \
+#define ZYL_TYPE_POOLED_(Class, Base, Owner, Handle, Release)                              \
  public:                                                                                   \
   static void* operator new(std::size_t size, Owner* owner) { return owner->alloc(size); } \
+  static void* operator new(std::size_t size, const Handle& owner) {                       \
+    return operator new(size, zyl::detail::ownerOf(owner));                                \
+  }                                                                                        \
   using Base::operator delete;                                                             \
   static void operator delete(void* block, Owner* owner) noexcept {                        \
     zyl::detail::Release(owner, block, sizeof(Class));                                     \
+  }                                                                                        \
+  static void operator delete(void* block, const Handle& owner) noexcept {                 \
+    zyl::detail::Release(owner.getImpl(), block, sizeof(Class));                           \
   }                                                                                        \
                                                                                            \
  private:
@@ -33,15 +39,15 @@
 // Type identity and placement of a class whose objects belong to an environment.
 #define ZYL_TYPE(Class, Base) \
   ZYL_TYPE_ONLY(Class, Base)  \
-  ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
+  ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, ZylEnv, freeInEnv)
 
 // The same where objects belong to a memory manager.
 #define ZYL_TYPE_MANAGED(Class, Base) \
   ZYL_TYPE_ONLY(Class, Base)          \
-  ZYL_TYPE_POOLED_(Class, Base, ZylGenAlloc, freeInManager)
+  ZYL_TYPE_POOLED_(Class, Base, ZylGenAlloc, ZylMemoryManager, freeInManager)
 
 // Placement alone, for a class that has no type identity.
-#define ZYL_POOLED(Class, Base) ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, freeInEnv)
+#define ZYL_POOLED(Class, Base) ZYL_TYPE_POOLED_(Class, Base, ZylEnvI, ZylEnv, freeInEnv)
 
 namespace zyl::detail {
 inline void freeInManager(ZylGenAlloc* manager, void* block, std::size_t size) noexcept {
@@ -72,8 +78,12 @@ class ZYL_EXPORT ZylEnvObjectI {
   ZylEnvObjectI& operator=(const ZylEnvObjectI&) = delete;
 
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
+  static void* operator new(std::size_t size, const ZylEnv& env) {
+    return zyl::detail::ownerOf(env)->alloc(size);
+  }
   // The size is unknown here: the block of a constructor that raised waits for its pool's end.
   static void operator delete(void*, ZylEnvI*) noexcept {}
+  static void operator delete(void*, const ZylEnv&) noexcept {}
   static void operator delete(ZylEnvObjectI* object, std::destroying_delete_t,
                               std::size_t size) noexcept(false);
 
@@ -98,8 +108,14 @@ class ZYL_EXPORT ZylRttiEnvObjectI : public ZylRtti {
   virtual ZylRttiEnvObjectI* makeKvlClone(ZylEnvI* env) const;
 
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
+  static void* operator new(std::size_t size, const ZylEnv& env) {
+    return zyl::detail::ownerOf(env)->alloc(size);
+  }
   static void operator delete(void* block, ZylEnvI* env) noexcept {
     zyl::detail::freeInEnv(env, block, sizeof(ZylRttiEnvObjectI));
+  }
+  static void operator delete(void* block, const ZylEnv& env) noexcept {
+    zyl::detail::freeInEnv(env.getImpl(), block, sizeof(ZylRttiEnvObjectI));
   }
   static void operator delete(ZylRttiEnvObjectI* object, std::destroying_delete_t,
                               std::size_t size) noexcept(false);
@@ -134,8 +150,16 @@ class ZYL_EXPORT ZylMemoryManagerObjectI {
 
   static void* operator new(std::size_t size, ZylGenAlloc* manager) { return manager->alloc(size); }
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
+  static void* operator new(std::size_t size, const ZylEnv& env) {
+    return zyl::detail::ownerOf(env)->alloc(size);
+  }
+  static void* operator new(std::size_t size, const ZylMemoryManager& manager) {
+    return zyl::detail::ownerOf(manager)->alloc(size);
+  }
   static void operator delete(void*, ZylGenAlloc*) noexcept {}
   static void operator delete(void*, ZylEnvI*) noexcept {}
+  static void operator delete(void*, const ZylEnv&) noexcept {}
+  static void operator delete(void*, const ZylMemoryManager&) noexcept {}
   static void operator delete(ZylMemoryManagerObjectI* object, std::destroying_delete_t,
                               std::size_t size) noexcept(false);
 
@@ -157,8 +181,14 @@ class ZYL_EXPORT ZylRttiMemoryManagerObjectI : public ZylRtti {
   ZylRttiMemoryManagerObjectI& operator=(const ZylRttiMemoryManagerObjectI&) = delete;
 
   static void* operator new(std::size_t size, ZylGenAlloc* manager) { return manager->alloc(size); }
+  static void* operator new(std::size_t size, const ZylMemoryManager& manager) {
+    return zyl::detail::ownerOf(manager)->alloc(size);
+  }
   static void operator delete(void* block, ZylGenAlloc* manager) noexcept {
     zyl::detail::freeInManager(manager, block, sizeof(ZylRttiMemoryManagerObjectI));
+  }
+  static void operator delete(void* block, const ZylMemoryManager& manager) noexcept {
+    zyl::detail::freeInManager(manager.getImpl(), block, sizeof(ZylRttiMemoryManagerObjectI));
   }
   static void operator delete(ZylRttiMemoryManagerObjectI* object, std::destroying_delete_t,
                               std::size_t size) noexcept(false);

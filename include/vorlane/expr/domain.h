@@ -20,9 +20,13 @@ class ZYL_EXPORT ZylVarDomainI {
   ZylVarDomainI& operator=(const ZylVarDomainI&) = delete;
 
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
+  static void* operator new(std::size_t size, const ZylEnv& env) {
+    return zyl::detail::ownerOf(env)->alloc(size);
+  }
   // Storage goes back in `suicide`, which knows the environment.
   static void operator delete(void*) noexcept {}  // NOLINT(misc-new-delete-overloads)
   static void operator delete(void*, ZylEnvI*) noexcept {}
+  static void operator delete(void*, const ZylEnv&) noexcept {}
 
   virtual double getLB() const = 0;
   virtual void setLB(double lower) = 0;

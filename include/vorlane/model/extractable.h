@@ -75,8 +75,14 @@ class ZYL_EXPORT ZylExtractableI : public ZylRttiEnvObjectI {
   ~ZylExtractableI() override;
 
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
+  static void* operator new(std::size_t size, const ZylEnv& env) {
+    return zyl::detail::ownerOf(env)->alloc(size);
+  }
   static void operator delete(void* block, ZylEnvI* env) noexcept {
     zyl::detail::freeInEnv(env, block, sizeof(ZylExtractableI));
+  }
+  static void operator delete(void* block, const ZylEnv& env) noexcept {
+    zyl::detail::freeInEnv(env.getImpl(), block, sizeof(ZylExtractableI));
   }
   /// Deleting an object that nobody ended first takes it out of all that refers to it.
   static void operator delete(ZylExtractableI* object, std::destroying_delete_t,
