@@ -52,8 +52,8 @@ TEST(ZylHashTable, AgreesWithMap) {
     std::mt19937 random(seed);
     EnvFixture env;
     const long before = env->getMemoryUsage();
-    auto* table = new (env->getGenAlloc())
-        ZylIntegerHashTable<long>(env->getGenAlloc(), 1 + static_cast<long>(random() % 8));
+    const auto buckets = 1 + static_cast<long>(random() % 8);
+    auto* table = new (env.env) ZylIntegerHashTable<long>(env.env, buckets);
     std::unordered_map<long, long> model;
     for (int step = 0; step < 2000; ++step) {
       const long key = static_cast<long>(random() % 300) - 150;

@@ -205,7 +205,7 @@ class ZylHashTable : public zyl::detail::ChainedTable<K, V, zyl::detail::GlobalS
   ~ZylHashTable() { this->end(); }
 };
 
-/// A table in a memory manager.
+/// A table in a memory manager or an environment; those below take the same owners.
 template <class K, class V>
 class ZylEnvHashTable : public ZylMemoryManagerObjectI,
                         public zyl::detail::ChainedTable<K, V, zyl::detail::ManagerStorage> {
@@ -216,6 +216,13 @@ class ZylEnvHashTable : public ZylMemoryManagerObjectI,
                   typename Table::Compare compare)
       : ZylMemoryManagerObjectI(manager),
         Table(zyl::detail::ManagerStorage{manager}, buckets, hash, compare) {}
+  /// In the pools of an environment.
+  ZylEnvHashTable(ZylEnvI* env, long buckets, typename Table::Hash hash,
+                  typename Table::Compare compare)
+      : ZylEnvHashTable(env->getGenAlloc(), buckets, hash, compare) {}
+  ZylEnvHashTable(const ZylEnv& env, long buckets, typename Table::Hash hash,
+                  typename Table::Compare compare)
+      : ZylEnvHashTable(zyl::detail::ownerOf(env), buckets, hash, compare) {}
   ~ZylEnvHashTable() override { this->end(); }
 };
 
@@ -223,8 +230,9 @@ class ZylEnvHashTable : public ZylMemoryManagerObjectI,
 template <class V>
 class ZylStringHashTable : public ZylEnvHashTable<const char*, V> {
  public:
-  ZylStringHashTable(ZylGenAlloc* manager, long buckets)
-      : ZylEnvHashTable<const char*, V>(manager, buckets, &ZylStringHashFunction,
+  template <class Owner>
+  ZylStringHashTable(const Owner& owner, long buckets)
+      : ZylEnvHashTable<const char*, V>(owner, buckets, &ZylStringHashFunction,
                                         &ZylStringCompFunction) {}
 };
 
@@ -232,8 +240,9 @@ class ZylStringHashTable : public ZylEnvHashTable<const char*, V> {
 template <class V>
 class ZylAddressHashTable : public ZylEnvHashTable<void*, V> {
  public:
-  ZylAddressHashTable(ZylGenAlloc* manager, long buckets)
-      : ZylEnvHashTable<void*, V>(manager, buckets, &ZylAddressHashFunction,
+  template <class Owner>
+  ZylAddressHashTable(const Owner& owner, long buckets)
+      : ZylEnvHashTable<void*, V>(owner, buckets, &ZylAddressHashFunction,
                                   &ZylAddressCompFunction) {}
 };
 
@@ -241,18 +250,19 @@ class ZylAddressHashTable : public ZylEnvHashTable<void*, V> {
 template <class V>
 class ZylIntegerHashTable : public ZylEnvHashTable<long, V> {
  public:
-  ZylIntegerHashTable(ZylGenAlloc* manager, long buckets)
-      : ZylEnvHashTable<long, V>(manager, buckets, &ZylIntegerHashFunction,
-                                 &ZylIntegerCompFunction) {}
+  template <class Owner>
+  ZylIntegerHashTable(const Owner& owner, long buckets)
+      : ZylEnvHashTable<long, V>(owner, buckets, &ZylIntegerHashFunction, &ZylIntegerCompFunction) {
+  }
 };
 
 /// Keys are numbers, compared as the comparison function does: without a tolerance.
 template <class V>
 class ZylFloatHashTable : public ZylEnvHashTable<double, V> {
  public:
-  ZylFloatHashTable(ZylGenAlloc* manager, long buckets)
-      : ZylEnvHashTable<double, V>(manager, buckets, &ZylFloatHashFunction, &ZylFloatCompFunction) {
-  }
+  template <class Owner>
+  ZylFloatHashTable(const Owner& owner, long buckets)
+      : ZylEnvHashTable<double, V>(owner, buckets, &ZylFloatHashFunction, &ZylFloatCompFunction) {}
 };
 
 class ZylAny2BoolHashTable final : public ZylAddressHashTable<long> {

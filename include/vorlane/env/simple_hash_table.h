@@ -6,7 +6,8 @@
 
 #include "vorlane/env/environment.h"
 
-/// Maps addresses to addresses. Items come from the environment.
+/// Maps addresses to addresses. Items come from the environment; there is no destructor, so without
+/// `end()` they and the buckets stay there until its end, and with the pools off they leak.
 class ZYL_EXPORT ZylSimpleHashTable {
  public:
   /// A key with its value; the sentinel follows the last of a chain.
