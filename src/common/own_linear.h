@@ -24,7 +24,7 @@ inline ZylNumLinTermI* ownLinear(ZylNumLinTermI* sum) {
 /// aggregate.
 inline void prepareCoefs(ZylNumLinTermI** sum) {
   *sum = ownLinear(*sum);
-  if (!(*sum)->hasNonLinearPart()) return;
+  if (!(*sum)->hasNonLinearPart() && !(*sum)->getEnv()->mayHoldAggregates()) return;
   if ((*sum)->containsAggregate()) {
     ZylRaiseWrongUsage("You can not change the coefficient of an aggregate expression");
   }

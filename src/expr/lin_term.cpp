@@ -291,8 +291,9 @@ long ZylNumLinTermI::normalizeTerms() {
 }
 
 bool ZylNumLinTermI::containsAggregate() {
-  // Variables never are.
-  if (_items.isEmpty()) return false;
+  // Terms are searched only where an aggregate variable, or one over an aggregate, can be among
+  // them.
+  if (_items.isEmpty() && !_env->mayHoldAggregates()) return false;
   ZylFindAggregate visitor;
   visitSubExtractables(&visitor);
   return visitor.getResult() != 0;

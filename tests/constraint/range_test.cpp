@@ -5,6 +5,7 @@
 #include "expr/fixture.h"
 #include "vorlane/constraint/range_change.h"
 #include "vorlane/model/model.h"
+#include "vorlane/model/objective.h"
 
 namespace zyl::test {
 namespace {
@@ -83,6 +84,31 @@ TEST_F(ZylRangeTest, RefusesCoefficientsOfNonLinearSums) {
       RaisesWith<ZylWrongUsage>([&] { range.setLinearCoef(x, 2); },
                                 "You can not change the coefficient of a nonlinear expression"));
   EXPECT_TRUE(DisplaysAs(range, "x  + x[0..10]  * y[0..10]  <= 4 "));
+}
+
+class AggregateVar final : public ZylNumVarI {
+  ZYL_TYPE(AggregateVar, ZylNumVarI)
+  ZYL_CP_HOOKS(AggregateVar)
+ public:
+  using ZylNumVarI::ZylNumVarI;
+
+ private:
+  bool isAggregate() const override { return true; }
+};
+ZYL_TYPE_DEF(AggregateVar, ZylNumVarI)
+ZYL_CP_HOOKS_DEF(AggregateVar)
+
+TEST_F(ZylRangeTest, RefusesCoefficientsOfAggregates) {
+  EXPECT_FALSE(impl->mayHoldAggregates());
+  const ZylNumVar many(new (env) AggregateVar(impl, "many"));
+  const ZylRange range = x + many <= 4;
+  const ZylObjective objective(env, x + ZylNumVar(range));
+  ExpectEachRaises<ZylWrongUsage>(
+      "You can not change the coefficient of an aggregate expression",
+      {[&] { range.setLinearCoef(x, 2); }, [&] { objective.setLinearCoef(x, 2); }});
+  ZylRange plain = x + y <= 4;
+  plain.setLinearCoef(x, 2);
+  EXPECT_TRUE(DisplaysAs(plain, "2 * x  + y  <= 4 "));
 }
 
 TEST_F(ZylRangeTest, DropsAVariableThatEnds) {

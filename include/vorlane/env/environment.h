@@ -178,6 +178,12 @@ class ZYL_EXPORT ZylEnvI {
   ZylExtractableArray getOrMakeEmptySharedDeletedArray();
   ZylTypedListManager& getTypedLists() noexcept { return _typedLists; }
   bool isTearingDown() const noexcept { return _tearingDown != 0; }
+  /// Whether storage was asked for for an object whose `isAggregate` may be true: while there was
+  /// none, no sum is searched for one.
+  bool mayHoldAggregates() const noexcept {
+    return __atomic_load_n(&_mayHoldAggregates, __ATOMIC_RELAXED);
+  }
+  void noteAggregates() noexcept { __atomic_store_n(&_mayHoldAggregates, true, __ATOMIC_RELAXED); }
   /// Drops a reference on an expression; nothing while the environment goes down, or for null.
   void release(ZylNumExprI* expr);
   void release(ZylGeneratorI* generator);
@@ -390,6 +396,7 @@ class ZYL_EXPORT ZylEnvI {
   ModelEvaluatorFactory _modelEvaluatorPop;
   ExpanderFactory _expanderPop;
   bool _ended;
+  bool _mayHoldAggregates = false;
   ZylMTSafeLocalEnvI* _mtLocalEnv;  // ours, null unless MT-safe allocation is on
   zyl::detail::Walk<ZylAlgorithmI>* _algorithmWalks = nullptr;      // under way, innermost first
   zyl::detail::LifeWatch<ZylExtractableI>* _lifeWatches = nullptr;  // innermost first
@@ -475,6 +482,11 @@ namespace zyl::detail {
 inline void freeInEnv(ZylEnvI* env, void* block, std::size_t size) noexcept {
   if (env != nullptr) env->free(block, size);
 }
+// What a handle stands for; raises `ZylEmptyHandleException` for an empty one.
+inline ZylEnvI* ownerOf(const ZylEnv& env) {
+  if (ZYL_UNLIKELY(env.getImpl() == nullptr)) ZylRaiseEmptyHandle();
+  return env.getImpl();
+}
 }  // namespace zyl::detail
 
 /// Placement in an environment. Without these, `new (env) T` of a class with no form of its own
@@ -482,11 +494,6 @@ inline void freeInEnv(ZylEnvI* env, void* block, std::size_t size) noexcept {
 inline void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
 inline void* operator new(std::size_t size, const ZylEnv& env) {
   return zyl::detail::ownerOf(env)->alloc(size);
-// What a handle stands for; raises `ZylEmptyHandleException` for an empty one.
-inline ZylEnvI* ownerOf(const ZylEnv& env) {
-  if (ZYL_UNLIKELY(env.getImpl() == nullptr)) ZylRaiseEmptyHandle();
-  return env.getImpl();
-}
 }
 /// A constructor that raised: the size is unknown here, so the block waits for its pool's end.
 inline void operator delete(void*, ZylEnvI*) noexcept {}

@@ -11,29 +11,56 @@
 
 #include <cstddef>
 #include <new>
+#include <type_traits>
 
 #include "vorlane/env/environment.h"
 #include "vorlane/env/extension.h"
 #include "vorlane/env/rtti.h"
 
+namespace zyl::detail {
+
+// Whether objects of the class may be aggregates: it, or what it derives from, overrides
+// `isAggregate`. One that does so in private counts as well.
+template <class Class, class Extractable = ZylExtractableI>
+consteval bool mayBeAggregate() {
+  if constexpr (!std::is_base_of_v<Extractable, Class>) return false;
+  else return !requires {
+      requires std::is_same_v<decltype(&Class::isAggregate), bool (Extractable::*)() const>;
+    };
+}
+
+// Storage for an object of a class whose type is declared. A class that hides behind another's
+// declaration is told by its size, as far as that goes.
+template <class Class, class Owner>
+void* allocObject(Owner* owner, std::size_t size) {
+  if constexpr (std::is_base_of_v<ZylExtractableI, Class>) {
+    if (mayBeAggregate<Class>() || size != sizeof(Class)) owner->noteAggregates();
+  }
+  return owner->alloc(size);
+}
+
+}  // namespace zyl::detail
+
 // What a class whose objects stand in pools adds to its type identity: placement, and the release
 // of the block of an object whose constructor raised. A live object tells its size when it is
 // deleted; here there is none yet, so the class states the size. Without this macro the base's
 // release serves, with the base's size: sound, but the block is counted as a smaller one.
-#define ZYL_TYPE_POOLED_(Class, Base, Owner, Handle, Release)                              \
- public:                                                                                   \
-  static void* operator new(std::size_t size, Owner* owner) { return owner->alloc(size); } \
-  static void* operator new(std::size_t size, const Handle& owner) {                       \
-    return operator new(size, zyl::detail::ownerOf(owner));                                \
-  }                                                                                        \
-  using Base::operator delete;                                                             \
-  static void operator delete(void* block, Owner* owner) noexcept {                        \
-    zyl::detail::Release(owner, block, sizeof(Class));                                     \
-  }                                                                                        \
-  static void operator delete(void* block, const Handle& owner) noexcept {                 \
-    zyl::detail::Release(owner.getImpl(), block, sizeof(Class));                           \
-  }                                                                                        \
-                                                                                           \
+#define ZYL_TYPE_POOLED_(Class, Base, Owner, Handle, Release)              \
+ public:                                                                   \
+  static void* operator new(std::size_t size, Owner* owner) {              \
+    return zyl::detail::allocObject<Class>(owner, size);                   \
+  }                                                                        \
+  static void* operator new(std::size_t size, const Handle& owner) {       \
+    return operator new(size, zyl::detail::ownerOf(owner));                \
+  }                                                                        \
+  using Base::operator delete;                                             \
+  static void operator delete(void* block, Owner* owner) noexcept {        \
+    zyl::detail::Release(owner, block, sizeof(Class));                     \
+  }                                                                        \
+  static void operator delete(void* block, const Handle& owner) noexcept { \
+    zyl::detail::Release(owner.getImpl(), block, sizeof(Class));           \
+  }                                                                        \
+                                                                           \
  private:
 
 // Type identity and placement of a class whose objects belong to an environment.

@@ -123,7 +123,8 @@ class ZYL_EXPORT ZylNumLinTermI : public ZylNumExprI {
   long normalize();
   /// Folds what the model evaluator can express of the non-linear parts into the linear part.
   void kvlNormalization();
-  /// Whether an aggregate occurs in the sum. O(1) without non-linear parts.
+  /// Whether an aggregate occurs in the sum. O(1) without non-linear parts, unless the environment
+  /// may hold aggregate variables.
   bool containsAggregate();
 
   ZylNumLinExprTermI* getTermHead() const noexcept { return _terms._head; }
