@@ -191,7 +191,8 @@ ZylObjective::ZylObjective(const ZylEnv& env, const ZylNumExprArg& expr, Sense s
 
 ZylObjective::ZylObjective(const ZylEnv& env, const ZylMultiCriterionExpr& criteria, Sense sense,
                            const char* name) {
-  if (zyl::detail::checked(criteria, Empty)->getEnv() != checkedEnv(env)) ZylRaiseWrongUsage(Mixing);
+  if (zyl::detail::checked(criteria, Empty)->getEnv() != checkedEnv(env))
+    ZylRaiseWrongUsage(Mixing);
   _impl = new (env.getImpl()) ZylObjectiveI(env.getImpl(), criteria.getImpl(), sense, name);
 }
 

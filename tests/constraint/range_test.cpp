@@ -5,7 +5,7 @@
 #include "expr/fixture.h"
 #include "vorlane/constraint/range_change.h"
 #include "vorlane/model/model.h"
-#include "vorlane/model/objective.h"
+#include "vorlane/expr/objective.h"
 
 namespace zyl::test {
 namespace {

@@ -2,8 +2,12 @@
 
 #include "vorlane/env/rtti.h"
 
+#include <cxxabi.h>
+
 #include <map>
+#include <set>
 #include <string>
+#include <typeinfo>
 
 #include "support/support.h"
 #include "vorlane/vorlane.h"
@@ -11,18 +15,67 @@
 namespace zyl::test {
 namespace {
 
+// Whether a class has engine hooks of its own, not its base's; those that have none at all name
+// themselves here.
+template <class Class, class Base>
+constexpr bool hasOwnHooks() {
+  if constexpr (
+      requires { &Class::_extractCP; } && requires { &Base::_extractCP; }) {
+    return static_cast<void*>(&Class::_extractCP) != static_cast<void*>(&Base::_extractCP);
+  } else if constexpr (
+      requires { &Class::_applyCP; } && requires { &Base::_applyCP; }) {
+    return static_cast<void*>(&Class::_applyCP) != static_cast<void*>(&Base::_applyCP);
+  } else if constexpr (std::is_base_of_v<ZylExtractableI, Class>) {
+    return requires { &Class::_extractCP; }
+    || std::is_same_v<Class, ZylGeneratorI> || std::is_same_v<Class, ZylExtractableI>;
+  } else {
+    return true;
+  }
+}
+
 struct ClassFacts {
   const char* name;
   ZylTypeInfo type;
   ZylTypeInfo base;
   const char* ownName;
+  const std::type_info& cppType;
+  const std::type_info& cppBase;
+  bool hasHooks;
 };
 
 const ClassFacts Classes[] = {
-#define ZYL_CLASS(Class, Base) \
-  {#Class, Class::GetTypeInfo(), Base::GetTypeInfo(), Class::GetRttiTypeName()},
+#define ZYL_CLASS(Class, Base)                                                               \
+  {#Class,        Class::GetTypeInfo(), Base::GetTypeInfo(),       Class::GetRttiTypeName(), \
+   typeid(Class), typeid(Base),         hasOwnHooks<Class, Base>()},
 #include "support/classes.inc"
 };
+
+// The base of a class in C++; the first one where there are several. Null for a root.
+const std::type_info* baseOf(const std::type_info& type) {
+  if (auto* single = dynamic_cast<const abi::__si_class_type_info*>(&type)) {
+    return single->__base_type;
+  }
+  if (auto* several = dynamic_cast<const abi::__vmi_class_type_info*>(&type)) {
+    return several->__base_info[0].__base_type;
+  }
+  return nullptr;
+}
+
+TEST(ZylRtti, BasesAreThoseOfTheLanguage) {
+  std::set<const std::type_info*> family{&typeid(ZylRtti)};
+  for (const ClassFacts& row : Classes) family.insert(&row.cppType);
+  for (const ClassFacts& row : Classes) {
+    // Templates that carry a family have no type of their own.
+    const std::type_info* base = baseOf(row.cppType);
+    while (base != nullptr && family.count(base) == 0) base = baseOf(*base);
+    ASSERT_NE(base, nullptr) << row.name;
+    EXPECT_EQ(*base, row.cppBase) << row.name;
+  }
+}
+
+TEST(ZylRtti, EachExtractableAndChangeHasHooksOfItsOwn) {
+  for (const ClassFacts& row : Classes) EXPECT_TRUE(row.hasHooks) << row.name;
+}
 
 TEST(ZylRtti, NoTwoClassesShareAToken) {
   std::map<ZylTypeInfo, std::string> tokens;
