@@ -87,16 +87,14 @@ TEST_F(ZylRangeTest, RefusesCoefficientsOfNonLinearSums) {
 }
 
 class AggregateVar final : public ZylNumVarI {
-  ZYL_TYPE(AggregateVar, ZylNumVarI)
-  ZYL_CP_HOOKS(AggregateVar)
+  ZYL_EXTRACTABLE(AggregateVar, ZylNumVarI)
  public:
   using ZylNumVarI::ZylNumVarI;
 
  private:
   bool isAggregate() const override { return true; }
 };
-ZYL_TYPE_DEF(AggregateVar, ZylNumVarI)
-ZYL_CP_HOOKS_DEF(AggregateVar)
+ZYL_EXTRACTABLE_DEF(AggregateVar, ZylNumVarI)
 
 TEST_F(ZylRangeTest, RefusesCoefficientsOfAggregates) {
   EXPECT_FALSE(impl->mayHoldAggregates());
