@@ -3,6 +3,7 @@
 #ifndef ZYL_ENGINE_H
 #define ZYL_ENGINE_H
 
-#include "vorlane/vorlane.h"  // IWYU pragma: export
+#include "vorlane/algorithm/dispatch.h"  // IWYU pragma: export
+#include "vorlane/vorlane.h"             // IWYU pragma: export
 
 #endif

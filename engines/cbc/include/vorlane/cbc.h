@@ -17,6 +17,8 @@ struct ZylCbcProgress {
   double seconds;  ///< elapsed since the search began
 };
 
+class ZylCbcProtocol;
+
 /// Hears of the progress of a search, on the thread that searches. It may throw, which ends the
 /// search, but not end the engine.
 class ZYL_EXPORT ZylCbcListener {
@@ -112,9 +114,10 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
   void interrupt() noexcept;
 
  private:
-  friend class ZylCbcSearch;
+  friend class ZylCbcProtocol;
   class Impl;
   class Nested;
+  static const zyl::EngineTable<ZylCbcProtocol>& table();
   void checkIdle() const;
   void fallBehind() noexcept;
   void catchUp();
