@@ -49,12 +49,24 @@ class ZYL_EXPORT ZylArrayI final : public ZylMemoryManagerObjectI {
   // placement that it undoes; g++ takes an inherited one for another's.
   static void* operator new(std::size_t size, ZylGenAlloc* manager) { return manager->alloc(size); }
   static void* operator new(std::size_t size, ZylEnvI* env) { return env->alloc(size); }
+  static void* operator new(std::size_t size, const ZylMemoryManager& manager) {
+    return zyl::detail::ownerOf(manager)->alloc(size);
+  }
+  static void* operator new(std::size_t size, const ZylEnv& env) {
+    return zyl::detail::ownerOf(env)->alloc(size);
+  }
   using ZylMemoryManagerObjectI::operator delete;
   static void operator delete(void* block, ZylGenAlloc* manager) noexcept {
     zyl::detail::freeInManager(manager, block, sizeof(ZylArrayI));
   }
   static void operator delete(void* block, ZylEnvI* env) noexcept {
     zyl::detail::freeInEnv(env, block, sizeof(ZylArrayI));
+  }
+  static void operator delete(void* block, const ZylMemoryManager& manager) noexcept {
+    operator delete(block, manager.getImpl());
+  }
+  static void operator delete(void* block, const ZylEnv& env) noexcept {
+    operator delete(block, env.getImpl());
   }
 
   long getSize() const noexcept { return _size; }
