@@ -205,17 +205,12 @@ long* wordOf(void** block, long word) { return reinterpret_cast<long*>(block + w
 }  // namespace
 
 void* ZylEnvI::newMarkArray() {
-  const long words = _idManager->getMaxId() + MarkSlack + MarkHeader;
-  auto** block =
-      static_cast<void**>(allocateGlobal(static_cast<std::size_t>(words) * sizeof(void*)));
-  initMarkArray(block);
-  return block;
-}
-
-void ZylEnvI::initMarkArray(void** marks) {
   const long capacity = _idManager->getMaxId() + MarkSlack;
-  std::memset(marks, 0, static_cast<std::size_t>(capacity + MarkHeader) * sizeof(void*));
-  *wordOf(marks, MarkCapacity) = capacity;
+  const std::size_t bytes = static_cast<std::size_t>(capacity + MarkHeader) * sizeof(void*);
+  auto** block = static_cast<void**>(allocateGlobal(bytes));
+  std::memset(block, 0, bytes);
+  *wordOf(block, MarkCapacity) = capacity;
+  return block;
 }
 
 void** ZylEnvI::getMarkArray() {

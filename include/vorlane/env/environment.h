@@ -238,7 +238,7 @@ class ZYL_EXPORT ZylEnvI {
   /// `useMTSafeNormalization`.
   void** getMarkArray();
   void releaseMarkArray(void** marks);
-  void initMarkArray(void** marks);
+  /// Frees all mark arrays; none of them is in use.
   void freeMarks();
 
   // --- cloning ---------------------------------------------------------------------------------
