@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iostream>
 #include <optional>
+#include <utility>
 
 #include "common/walk.h"
 #include "vorlane/algorithm/model_evaluator.h"
@@ -75,9 +76,8 @@ ZylAlgorithmI::~ZylAlgorithmI() {
   _extractionHandles = nullptr;
   _usageCounts = nullptr;
   _idCapacity = 0;
-  ZylModelEvaluatorI* evaluator = _modelEvaluator;
-  _modelEvaluator = nullptr;
-  delete evaluator;
+  delete std::exchange(_modelEvaluator, nullptr);
+  while (_evaluators != nullptr) _evaluators->setAlgorithm(nullptr);
   _failedExtractions.end();
   _failedRemovals.end();
 }
@@ -364,11 +364,15 @@ double ZylAlgorithmI::getExprValue(const ZylNumExprI* expr) const {
 }
 
 ZylModelEvaluatorI* ZylAlgorithmI::getModelEvaluator() {
-  if (_modelEvaluator == nullptr) {
-    _modelEvaluator = _env->getModelEvaluatorPop()(_env);
-    _modelEvaluator->setAlgorithm(this);
-  }
-  return _modelEvaluator;
+  ZylModelEvaluatorI* evaluator = __atomic_load_n(&_modelEvaluator, __ATOMIC_ACQUIRE);
+  if (evaluator != nullptr) return evaluator;
+  const zyl::detail::EnvLock lock(_env->getMutex());
+  if (_modelEvaluator != nullptr) return _modelEvaluator;
+  if (const auto make = _env->getModelEvaluatorPop()) evaluator = make(_env);
+  if (evaluator == nullptr) ZylRaiseWrongUsage("can not call expander");
+  evaluator->setAlgorithm(this);
+  __atomic_store_n(&_modelEvaluator, evaluator, __ATOMIC_RELEASE);
+  return evaluator;
 }
 
 // --- the environment's list ----------------------------------------------------------------------

@@ -2,11 +2,14 @@
 
 #include "vorlane/algorithm/expander.h"
 
+#include <utility>
+
 #include "common/part.h"
 #include "vorlane/algorithm/model_evaluator.h"
 #include "vorlane/model/clone_manager.h"
 
 ZylExpanderI::ZylExpanderI(ZylEnvI* env) : ZylAlgorithmI(env) {}
+ZylExpanderI::~ZylExpanderI() { _env->forgetExpander(this); }
 
 bool ZylExpanderI::doExtract(const ZylExtractableI*, void**) { return true; }
 bool ZylExpanderI::doRemove(const ZylExtractableI*, void*) { return true; }
@@ -28,9 +31,14 @@ ZylExtractableI* ZylExpanderI::substitute(ZylExtractableI*) {
 
 void ZylExpanderI::setEvaluator(ZylModelEvaluatorI* evaluator) {
   if (_modelEvaluator == evaluator) return;
-  ZylModelEvaluatorI* before = _modelEvaluator;
-  _modelEvaluator = evaluator;
-  delete before;
+  if (evaluator != nullptr) {
+    if (evaluator->getEnvI() != _env) throw ZylEnvironmentMismatch();
+    if (evaluator->getAlgorithm() != nullptr && evaluator->getAlgorithm() != this) {
+      ZylRaiseWrongUsage("ZylExpanderI::setEvaluator: the evaluator is another algorithm's");
+    }
+    evaluator->setAlgorithm(this);
+  }
+  delete std::exchange(_modelEvaluator, evaluator);
 }
 
 ZylExpanderI* defaultExpander(ZylEnvI* env) { return zyl::detail::makePart<ZylExpanderI>(env); }
@@ -43,8 +51,20 @@ void ZylEnvI::setDefaultFactories() noexcept {
 }
 
 ZylExpanderI* ZylEnvI::getExpander() {
-  if (_expander == nullptr) _expander = _expanderPop(this);
-  return _expander;
+  // Readers of a model come here, several at a time: hence tested again inside the lock.
+  ZylExpanderI* expander = __atomic_load_n(&_expander, __ATOMIC_ACQUIRE);
+  if (expander != nullptr) return expander;
+  const zyl::detail::EnvLock lock(_mutex);
+  if (_expander != nullptr) return _expander;
+  // There is no factory any more while the environment goes down.
+  if (_expanderPop != nullptr) expander = _expanderPop(this);
+  if (expander == nullptr) ZylRaiseWrongUsage("can not call expander");
+  __atomic_store_n(&_expander, expander, __ATOMIC_RELEASE);
+  return expander;
+}
+
+void ZylEnvI::forgetExpander(const ZylExpanderI* expander) noexcept {
+  if (_expander == expander) _expander = nullptr;
 }
 
 ZylModelEvaluatorI* ZylEnvI::getModelEvaluator() { return getExpander()->getModelEvaluator(); }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 #include "common/part.h"
 #include "vorlane/env/number.h"
@@ -17,12 +18,24 @@ ZylModelEvaluatorI::ZylModelEvaluatorI(ZylEnvI* env)
 
 ZylModelEvaluatorI::ZylModelEvaluatorI(ZylAlgorithmI* algorithm)
     : ZylModelEvaluatorI(algorithm->getEnvI()) {
-  _algorithm = algorithm;
+  setAlgorithm(algorithm);
 }
 
 ZylModelEvaluatorI::~ZylModelEvaluatorI() {
-  // The environment's end may come to the evaluator before it comes to its owner.
-  if (_algorithm != nullptr) _algorithm->unlinkEvaluator();
+  // A client, or the environment's end, may come to the evaluator before it comes to its owner.
+  if (_algorithm != nullptr && _algorithm->_modelEvaluator == this) _algorithm->unlinkEvaluator();
+  setAlgorithm(nullptr);
+}
+
+void ZylModelEvaluatorI::setAlgorithm(ZylAlgorithmI* algorithm) noexcept {
+  if (_algorithm == algorithm) return;
+  if (_algorithm != nullptr) {
+    ZylModelEvaluatorI** link = &_algorithm->_evaluators;
+    while (*link != this) link = &(*link)->_nextEvaluator;
+    *link = _nextEvaluator;
+  }
+  _algorithm = algorithm;
+  if (algorithm != nullptr) _nextEvaluator = std::exchange(algorithm->_evaluators, this);
 }
 
 bool ZylModelEvaluatorI::doExtract(const ZylExtractableI*, void**) { return true; }
@@ -60,11 +73,10 @@ double fixedValue(const ZylNumVarI* variable) {
   return lower;
 }
 
-// Sums the terms with `Value` arithmetic; a term of coefficient 0 needs no value.
+// Adds the terms to `sum`; a term of coefficient 0 needs no value.
 template <class Value, class Node, class Add>
-Value sumOfTerms(const Node* node, Add add) {
+Value sumOfTerms(const Node* node, Value sum, Add add) {
   if (node->hasNonLinearPart()) ZylRaiseWrongUsage("can not call ZylModelEvaluatorI::evaluate");
-  Value sum = 0;
   for (const ZylNumLinExprTermI* term = node->getTermHead(); term != nullptr; term = term->_next) {
     if (term->_coef == 0.0) continue;
     add(&sum, term->_coef, fixedValue(term->_var));
@@ -72,12 +84,23 @@ Value sumOfTerms(const Node* node, Add add) {
   return sum;
 }
 
-long wrappedSum(long a, long b) {
-  return static_cast<long>(static_cast<unsigned long>(a) + static_cast<unsigned long>(b));
+// Any product of two integers fits, so that terms may leave 64 bits on the way to a sum that does
+// not.
+__extension__ using Wide = __int128;
+
+[[noreturn]] void raiseOverflow() {
+  throw ZylIntExpr::ZylOverflowOccurred("overflow occurred during the evaluation");
 }
 
-long wrappedProduct(long a, long b) {
-  return static_cast<long>(static_cast<unsigned long>(a) * static_cast<unsigned long>(b));
+long integerOf(double value) {
+  if (!ZylNumIsInteger(value)) ZylRaiseWrongUsage("can not call evaluator");
+  if (value < -0x1p63 || value >= 0x1p63) raiseOverflow();
+  return static_cast<long>(value);
+}
+
+void addProduct(Wide* sum, double coefficient, double value) {
+  const Wide product = Wide{integerOf(coefficient)} * integerOf(value);
+  if (__builtin_add_overflow(*sum, product, sum)) raiseOverflow();
 }
 
 }  // namespace
@@ -91,7 +114,7 @@ double ZylModelEvaluatorI::evaluate(ZylNumExprI* expr) {
     return static_cast<double>(evaluate(integer));
   }
   if (const auto* sum = zyl::as<ZylNumLinTermI>(expr)) {
-    return sumOfTerms<double>(sum, [](double* s, double c, double v) { *s += c * v; }) +
+    return sumOfTerms(sum, 0.0, [](double* s, double c, double v) { *s += c * v; }) +
            sum->getNumConstant();
   }
   if (const auto* node = zyl::as<ZylNumMinI>(expr)) {
@@ -104,12 +127,11 @@ double ZylModelEvaluatorI::evaluate(ZylNumExprI* expr) {
 }
 
 long ZylModelEvaluatorI::evaluate(ZylIntExprI* expr) {
-  if (const auto* variable = zyl::as<ZylNumVarI>(expr)) return ZylTrunc(fixedValue(variable));
+  if (const auto* variable = zyl::as<ZylNumVarI>(expr)) return integerOf(fixedValue(variable));
   if (const auto* sum = zyl::as<ZylIntLinTermI>(expr)) {
-    const long terms = sumOfTerms<long>(sum, [](long* s, double c, double v) {
-      *s = wrappedSum(*s, wrappedProduct(ZylTrunc(c), ZylTrunc(v)));
-    });
-    return wrappedSum(terms, sum->getConstant());
+    const Wide total = sumOfTerms(sum, Wide{sum->getConstant()}, addProduct);
+    if (total != static_cast<long>(total)) raiseOverflow();
+    return static_cast<long>(total);
   }
   if (const auto* node = zyl::as<ZylIntMinI>(expr)) {
     return std::min(evaluate(node->getLeft()), evaluate(node->getRight()));

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/support.h"
 #include "vorlane/algorithm/expander.h"
 #include "vorlane/vorlane.h"
@@ -32,6 +34,21 @@ TEST_F(ZylEvaluator, SumsOverFixedVariables) {
   ExpectEachRaises<ZylWrongUsage>(
       "can not call evaluator",
       {[&] { evaluator.evaluate(open); }, [&] { evaluator.evaluate(fixedInt + openInt); }});
+}
+
+// Terms may leave 64 bits on the way to a sum that does not.
+TEST_F(ZylEvaluator, IntegersAreExactOrRefused) {
+  const ZylIntVar big(env, 9000000000000000, 9000000000000000);
+  ZylNumVar half(env, 2.5, 2.5);
+  EXPECT_EQ(evaluator.evaluate(2000 * big - 1999 * big), 9000000000000000);
+  ExpectEachRaises<ZylIntExpr::ZylOverflowOccurred>(
+      "overflow occurred during the evaluation",
+      {[&] { evaluator.evaluate(2000 * big); }, [&] { evaluator.evaluate(-2000 * big); },
+       [&] { evaluator.evaluate(1024 * big + 7000 * big); }});
+  EXPECT_EQ(evaluator.evaluate(half), 2.5);
+  ZylIntExprI* const asInteger = half.getImpl();
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { evaluator.getImpl()->evaluate(asInteger); },
+                                        "can not call evaluator"));
 }
 
 TEST_F(ZylEvaluator, ExtremesOfTwo) {
@@ -85,6 +102,59 @@ TEST_F(ZylEvaluator, TheExpanderExpandsNothing) {
        {"can not call expander", [&] { expander->getValue(fixed.getImpl()); }}});
   expander->load(model.getImpl());
   EXPECT_TRUE(expander->isInUse(model.getImpl()));
+}
+
+// An expander, its evaluator and one that only names it go in any order, by hand or with the
+// environment; whoever asks meets none that is gone.
+TEST_F(ZylEvaluator, PartsEndInAnyOrder) {
+  int order[] = {0, 1, 2};
+  do {
+    for (int byHand = 0; byHand <= 3; ++byHand) {
+      EnvFixture other;
+      ZylExpanderI* expander = other->getExpander();
+      auto* own = new ZylModelEvaluatorI(other.impl);
+      auto* named = new ZylModelEvaluatorI(expander);
+      expander->setEvaluator(own);
+      EXPECT_EQ(other->getModelEvaluator(), own);
+      bool owned = true;
+      for (int i = 0; i < byHand; ++i) {
+        if (order[i] == 0) owned = false, delete expander;  // with its own
+        if (order[i] == 1) delete named;
+        if (order[i] == 2 && owned) delete own;
+        EXPECT_FALSE(other->getModelEvaluator()->isGround(nullptr));
+        EXPECT_EQ(other->getModelEvaluator()->getAlgorithm(), other->getExpander());
+      }
+    }
+  } while (std::next_permutation(order, order + 3));
+}
+
+TEST_F(ZylEvaluator, AnExpanderTakesNoOthersEvaluator) {
+  ZylExpanderI* expander = impl->getExpander();
+  ZylModelEvaluatorI* before = evaluator.getImpl();
+  auto* engine = new ZylExpanderI(impl);
+  EnvFixture other;
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>(
+      [&] { expander->setEvaluator(engine->getModelEvaluator()); },
+      "ZylExpanderI::setEvaluator: the evaluator is another algorithm's"));
+  EXPECT_THROW(expander->setEvaluator(other->getModelEvaluator()), ZylEnvironmentMismatch);
+  EXPECT_EQ(impl->getModelEvaluator(), before);
+  expander->setEvaluator(nullptr);
+  EXPECT_EQ(impl->getModelEvaluator()->getAlgorithm(), expander);
+}
+
+TEST_F(ZylEvaluator, NoFactoryIsARefusal) {
+  for (const bool answersNull : {false, true}) {
+    EnvFixture other;
+    other->setExpanderPop(answersNull ? [](ZylEnvI*) -> ZylExpanderI* { return nullptr; }
+                                      : ZylEnvI::ExpanderFactory());
+    EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { other->getExpander(); }, "can not call expander"));
+    other->setExpanderPop(&defaultExpander);
+    other->setModelEvaluatorPop(answersNull
+                                ? [](ZylEnvI*) -> ZylModelEvaluatorI* { return nullptr; }
+                                : ZylEnvI::ModelEvaluatorFactory());
+    EXPECT_TRUE(
+        RaisesWith<ZylWrongUsage>([&] { other->getModelEvaluator(); }, "can not call expander"));
+  }
 }
 
 TEST_F(ZylEvaluator, UnboundShowsTheExpression) {

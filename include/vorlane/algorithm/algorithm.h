@@ -146,7 +146,8 @@ class ZYL_EXPORT ZylAlgorithmI {
 
   /// Timer on, `solve`, timer off.
   bool callSolve();
-  /// Returns the evaluator, made on the first call.
+  /// Returns the evaluator, made on the first call, under the environment's lock where there is
+  /// one. Raises `ZylWrongUsage` if there is no factory, or if it answers null.
   ZylModelEvaluatorI* getModelEvaluator();
   /// Forgets the evaluator without deleting it.
   void unlinkEvaluator() noexcept { _modelEvaluator = nullptr; }
@@ -167,6 +168,7 @@ class ZYL_EXPORT ZylAlgorithmI {
 
  private:
   friend class ZylEnvI;
+  friend class ZylModelEvaluatorI;
   ZylGenAlloc* extensionAlloc() const noexcept { return _env->getGenAlloc(); }
   ZYL_LOCAL void baseClear();
   ZYL_LOCAL void extractGlobally(const ZylExtractableI* extractable, ZylExtractionScope* scope);
@@ -196,6 +198,10 @@ class ZYL_EXPORT ZylAlgorithmI {
   ZylSolutionManagerI* _solutionManager;
   ZylModelEvaluatorI* _modelEvaluator;
   ZylExtension* _extension;
+
+ private:
+  // The evaluators that name this algorithm as theirs, owned or not: they hear of its end.
+  ZylModelEvaluatorI* _evaluators = nullptr;
 };
 
 #endif

@@ -10,6 +10,7 @@
 class ZYL_EXPORT ZylExpanderI : public ZylAlgorithmI {
  public:
   explicit ZylExpanderI(ZylEnvI* env);
+  ~ZylExpanderI() override;
 
   bool doExtract(const ZylExtractableI* extractable, void** handle) override;
   bool doRemove(const ZylExtractableI* extractable, void* handle) override;
@@ -26,7 +27,9 @@ class ZYL_EXPORT ZylExpanderI : public ZylAlgorithmI {
   /// Returns what stands for `extractable` in a clone, null to clone it as it is.
   virtual ZylExtractableI* substitute(ZylExtractableI* extractable);
 
-  /// Stores the evaluator, owned from now on; the one before is deleted.
+  /// Stores the evaluator, owned from now on, whose algorithm this is then; the one before is
+  /// deleted. Null leaves none: the next demand makes one. Raises `ZylWrongUsage` for an evaluator
+  /// of another algorithm, `ZylEnvironmentMismatch` for one of another environment.
   void setEvaluator(ZylModelEvaluatorI* evaluator);
 };
 

@@ -5,6 +5,7 @@
 
 #include "vorlane/algorithm/algorithm.h"
 #include "vorlane/env/allocation_stack.h"
+#include "vorlane/expr/lin_term.h"
 
 /// What an engine installs to answer for the values of variables.
 class ZYL_EXPORT ZylModelEvaluatorSolutionGetterBaseI : public ZylRttiEnvObjectI {
@@ -19,7 +20,8 @@ class ZYL_EXPORT ZylModelEvaluatorSolutionGetterBaseI : public ZylRttiEnvObjectI
 class ZYL_EXPORT ZylModelEvaluatorI : public ZylAlgorithmI {
  public:
   explicit ZylModelEvaluatorI(ZylEnvI* env);
-  /// In the environment of the algorithm, which owns the evaluator.
+  /// In the environment of the algorithm, which the evaluator names as its own. That one owns it
+  /// once it was told, as by `ZylExpanderI::setEvaluator`.
   explicit ZylModelEvaluatorI(ZylAlgorithmI* algorithm);
   ~ZylModelEvaluatorI() override;
 
@@ -38,15 +40,21 @@ class ZYL_EXPORT ZylModelEvaluatorI : public ZylAlgorithmI {
   virtual bool hasSubstitutionExpr(const ZylNumExprI* expr) const;
   virtual ZylNumExprI* getSubstitutionAsNumExpr(const ZylNumExprI* expr) const;
   virtual void registerAll();
-  /// Raise `ZylWrongUsage` for what cannot be evaluated.
+  /// Raise `ZylWrongUsage` for what cannot be evaluated: a free variable, constraints, and in the
+  /// integer form a coefficient or bound that is no integer. A result beyond 64 bits raises
+  /// `ZylIntExpr::ZylOverflowOccurred`. The numeric form passes what is of an integer class on to
+  /// the integer form, except variables of another type: who overrides that one does not see them.
+  /// A constraint's own `eval` comes here, so whoever serves constraints must not call it.
   virtual long evaluate(ZylIntExprI* expr);
   virtual double evaluate(ZylNumExprI* expr);
   /// The expression with what is known folded in; an empty expression if nothing is known.
   virtual ZylNumExpr evaluateToNumExpr(const ZylNumExprArg expr);
 
   ZylAlgorithmI* getAlgorithm() const noexcept { return _algorithm; }
-  void setAlgorithm(ZylAlgorithmI* algorithm) noexcept { _algorithm = algorithm; }
-  /// Raise `ZylWrongUsage` if a getter is set, or if another one is.
+  /// Names the evaluator's algorithm, null for none. The algorithm's end clears the name.
+  void setAlgorithm(ZylAlgorithmI* algorithm) noexcept;
+  /// Raise `ZylWrongUsage` if a getter is set, or if another one is. The getter stays the caller's,
+  /// and is never looked at here.
   void setSolutionGetter(const ZylModelEvaluatorSolutionGetterBaseI* getter);
   void removeSolutionGetter(const ZylModelEvaluatorSolutionGetterBaseI* getter);
   const ZylModelEvaluatorSolutionGetterBaseI* getSolutionGetter() const noexcept {
@@ -58,12 +66,13 @@ class ZYL_EXPORT ZylModelEvaluatorI : public ZylAlgorithmI {
   ZylAllocationStack _stack;
   ZylAllocationStack _resultStack;
   const ZylModelEvaluatorSolutionGetterBaseI* _solutionGetter;
+  ZylModelEvaluatorI* _nextEvaluator = nullptr;  // of the same algorithm
 };
 
 /// Handle of an environment's evaluator.
 class ZYL_EXPORT ZylModelEvaluator {
  public:
-  /// An expression has no value yet.
+  /// An expression has no value yet. Refers to it: to be printed before the expression ends.
   class ZYL_EXPORT Unbound : public ZylException {
    public:
     explicit Unbound(const ZylExtractableI* expr);
@@ -80,6 +89,7 @@ class ZYL_EXPORT ZylModelEvaluator {
   ZylModelEvaluatorI* getImpl() const noexcept { return _impl; }
   double evaluate(const ZylNumExprArg& expr) const;
   long evaluate(const ZylIntExprArg& expr) const;
+  long evaluate(const ZylIntLinExprTerm& term) const { return evaluate(ZylIntExprArg(term)); }
   ZylNumExpr evaluateToNumExpr(const ZylNumExprArg& expr) const;
 
  private:

@@ -267,6 +267,8 @@ class ZYL_EXPORT ZylEnvI {
   ZylExpanderI* getExpander();
   /// The expander's evaluator.
   ZylModelEvaluatorI* getModelEvaluator();
+  /// Called by an expander that ends: the next demand makes a new one.
+  void forgetExpander(const ZylExpanderI* expander) noexcept;
   void setExtractors(Extractors extractors) noexcept { _extractors = extractors; }
   Extractors getExtractors() const noexcept { return _extractors; }
   void setExpanders(Expanders expanders) noexcept { _expanders = expanders; }
