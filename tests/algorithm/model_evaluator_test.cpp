@@ -8,6 +8,7 @@
 
 #include "support/support.h"
 #include "vorlane/algorithm/expander.h"
+#include "vorlane/algorithm/label_callback.h"
 #include "vorlane/vorlane.h"
 
 namespace zyl::test {
@@ -155,6 +156,22 @@ TEST_F(ZylEvaluator, NoFactoryIsARefusal) {
     EXPECT_TRUE(
         RaisesWith<ZylWrongUsage>([&] { other->getModelEvaluator(); }, "can not call expander"));
   }
+}
+
+TEST_F(ZylEvaluator, LabelCallbacksRunOneAtATime) {
+  struct Callback : ZylLabelCallbackI {
+    using ZylLabelCallbackI::ZylLabelCallbackI;
+    void main(const char* label) override {
+      EXPECT_EQ(getLabel(), label);
+      EXPECT_TRUE(isRunning());
+      callmain("nested");
+    }
+  };
+  auto* callback = new (env) Callback(impl);
+  EXPECT_TRUE(RaisesWith<ZylWrongUsage>([&] { callback->callmain("row"); },
+                                        "ZylLabelCallbackI::callmain: the callback is running"));
+  EXPECT_EQ(callback->getLabel(), nullptr);
+  EXPECT_FALSE(callback->isRunning());
 }
 
 TEST_F(ZylEvaluator, UnboundShowsTheExpression) {
