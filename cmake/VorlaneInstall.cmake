@@ -14,6 +14,13 @@ if(TARGET vorlane-solve)
   install(TARGETS vorlane-solve)
 endif()
 
+set(VORLANE_WITH_JACE FALSE)
+set(packages vorlane vorlane-model)
+if(TARGET vorlane_bootstrap_objects)
+  set(VORLANE_WITH_JACE TRUE)
+  list(APPEND packages vorlane-jace)
+endif()
+
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/vorlane")
 install(
   EXPORT vorlane-targets
@@ -29,7 +36,7 @@ install(FILES "${PROJECT_BINARY_DIR}/vorlaneConfig.cmake"
 
 # The .pc files find their prefix by where they stand, so an installed tree can be moved.
 file(RELATIVE_PATH VORLANE_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
-foreach(package vorlane vorlane-model)
+foreach(package IN LISTS packages)
   configure_file("${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc"
                  @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/${package}.pc"

@@ -32,4 +32,10 @@ for package in vorlane vorlane-model; do
   "$cxx" -std=c++20 "$client/main.cpp" -o "$work/$package" $(pkg-config --cflags --libs "$package")
   check "$work/$package"
 done
+if [ -f "$libdir/vorlane-jace.pc" ]; then
+  "$work/client/client_jace"
+  # shellcheck disable=SC2046
+  "$cxx" -std=c++20 "$client/jace.cpp" -o "$work/jace" $(pkg-config --cflags --libs vorlane-jace)
+  "$work/jace"
+fi
 echo 'package: all as expected'
