@@ -5,7 +5,7 @@
 #include <vorlane/cbc.h>
 
 int main() {
-  ZylEnv env;
+  zyl::Scoped<ZylEnv> env;  // ends at the end of its scope
   ZylModel model(env, "bakery");
 
   ZylNumVar bread(env, 0, ZylInfinity, "bread");
@@ -28,7 +28,5 @@ int main() {
   profit.setLinearCoef(cakes, 5);
   engine.solve();
   std::cout << engine.getObjValue() << " with less flour and cheaper cakes\n";
-
-  env.end();
   return 0;
 }

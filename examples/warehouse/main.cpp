@@ -92,18 +92,19 @@ int main(int argc, char** argv) {
   }
   std::cout << std::unitbuf;
 
-  ZylEnv env;
+  zyl::Scoped<ZylEnv> env;  // outside, as exceptions show objects of the environment
   try {
     ZylModel model(env, "warehouse");
     ZylBoolVarArray open(env, static_cast<long>(sites.size()), 0L, 1L);
-    ZylExpr cost(env);
+    zyl::Scoped<ZylExpr> cost(env);
     std::vector<ZylRange> served;
     for (long s = 0; s < open.getSize(); ++s) {
       open[s].setName(sites[static_cast<std::size_t>(s)]->name.c_str());
       cost += FixedCost * open[s];
     }
     for (const City& city : cities) {
-      ZylExpr shares(env);
+      // Left to the row alone when it goes, so that a new share below is added in place.
+      zyl::Scoped<ZylExpr> shares(env);
       for (long s = 0; s < open.getSize(); ++s) {
         ZylNumVar share(env, 0, 1);
         shares += share;
@@ -112,10 +113,9 @@ int main(int argc, char** argv) {
       }
       served.push_back(shares == 1);
       model.add(served.back());
-      shares.end();
     }
     ZylObjective objective = ZylMinimize(env, cost);
-    cost.end();
+    cost.end();  // as above; it is not needed any more
     model.add(objective);
 
     ZylCbc engine(model);
@@ -153,10 +153,8 @@ int main(int argc, char** argv) {
     model.add(ZylSum(open) <= 3);
     engine.solve();
     show("three at most", engine, sites, open);
-    env.end();
   } catch (const ZylException& exception) {
     std::cerr << "warehouse: " << exception << std::endl;
-    env.end();
     return 1;
   }
   return 0;

@@ -21,6 +21,7 @@
 #include "vorlane/env/object.h"             // IWYU pragma: export
 #include "vorlane/env/property.h"           // IWYU pragma: export
 #include "vorlane/env/rtti.h"               // IWYU pragma: export
+#include "vorlane/env/scoped.h"             // IWYU pragma: export
 #include "vorlane/env/simple_hash_table.h"  // IWYU pragma: export
 #include "vorlane/env/symbol.h"             // IWYU pragma: export
 #include "vorlane/env/timer.h"              // IWYU pragma: export

@@ -263,12 +263,14 @@ class ZYL_EXPORT ZylEnvI {
 
   // --- evaluator and expander -------------------------------------------------------------------
 
-  /// Made on first use, kept until the environment ends.
+  /// Made on first use and kept until it ends, under the lock where there is one. Raises
+  /// `ZylWrongUsage` if there is no factory, as while the environment goes down, or if it answers
+  /// null.
   ZylExpanderI* getExpander();
-  /// The expander's evaluator.
-  ZylModelEvaluatorI* getModelEvaluator();
   /// Called by an expander that ends: the next demand makes a new one.
   void forgetExpander(const ZylExpanderI* expander) noexcept;
+  /// The expander's evaluator.
+  ZylModelEvaluatorI* getModelEvaluator();
   void setExtractors(Extractors extractors) noexcept { _extractors = extractors; }
   Extractors getExtractors() const noexcept { return _extractors; }
   void setExpanders(Expanders expanders) noexcept { _expanders = expanders; }
