@@ -27,6 +27,9 @@ function(zyl_library_settings target)
                VISIBILITY_INLINES_HIDDEN ON
                POSITION_INDEPENDENT_CODE ON)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:vorlane_warnings>)
+  # Calls among our own functions need no way through the table of symbols. Their addresses still
+  # come from it, and so are the same in the library and in a program: types are known by them.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   # clang declares the sized global release only on demand.
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-fsized-deallocation>)
 endfunction()
