@@ -4,8 +4,8 @@
 
 #include "expr/fixture.h"
 #include "vorlane/constraint/range_change.h"
-#include "vorlane/model/model.h"
 #include "vorlane/expr/objective.h"
+#include "vorlane/model/model.h"
 
 namespace zyl::test {
 namespace {
