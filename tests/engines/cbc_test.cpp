@@ -230,6 +230,29 @@ TEST_F(CbcTest, TellsUnboundedFromInfeasible) {
   EXPECT_EQ(engine.getStatus(), ZylAlgorithm::Optimal);
 }
 
+// Gains of no limit, but little at a time.
+TEST_F(CbcTest, TellsUnboundedByTheFaintestRay) {
+  ZylNumVar x(env, 0, ZylInfinity);
+  ZylIntVar i(env, 0, ZylIntMax);
+  model.add(x - i == 0);
+  model.add(ZylMinimize(env, x - (1 + 5e-7) * i));
+  EXPECT_EQ(solve(), ZylAlgorithm::InfeasibleOrUnbounded);
+  // No ray, but an optimum beyond what is searched.
+  ZylModel far(env);
+  ZylIntVar j(env, -ZylIntMax, ZylIntMax);
+  far.add(3 * i - 1.5 * j <= 0.5);
+  far.add(j <= 3e9);
+  far.add(2 * i >= 3);
+  far.add(ZylMaximize(env, i + 1e-3 * j));
+  engine.clear();
+  engine.extract(far);
+  engine.solve();
+  EXPECT_NE(engine.getStatus(), ZylAlgorithm::Infeasible);
+  if (engine.getStatus() == ZylAlgorithm::Optimal) {
+    EXPECT_NEAR(engine.getObjValue(), 1.5e9 + 3e6, 1.0);
+  }
+}
+
 // A binary that is nearly 0 is no 0 where it is multiplied by much.
 TEST_F(CbcTest, SolvesRowsWithLargeCoefficients) {
   for (const double factor : {1e6, 1e8, 1e9}) {

@@ -29,8 +29,9 @@ constexpr double FeasibilityTolerance = 1e-8;
 constexpr double PriceTolerance = 1e-7;
 // Gain that the duals may leave open, relative to the cost.
 constexpr double OptimalityTolerance = 1e-6;
-// Gain along a direction, in a box of one unit, that is no rounding error of the solver.
-constexpr double RayGain = 1e-6;
+// Gain along a direction, in a box of one unit, that is no rounding error of the solver; and the
+// price at which it still looks for one.
+constexpr double RayGain = 1e-9;
 
 // Stops a linear solve that is interrupted or out of time.
 class LinearEvents : public ClpEventHandler {
@@ -181,6 +182,7 @@ bool hasRay(Task& task) {
   ClpSimplex directions(task.store.program());
   directions.setLogLevel(0);
   makeCareful(directions);
+  directions.setDualTolerance(RayGain);
   double largest = 0.0;
   for (const auto& column : task.store.columns()) {
     const bool down = programLower(column->lower, column->integer) <= -COIN_DBL_MAX;
