@@ -58,7 +58,8 @@ bool ZylCbcI::solve() {
                       e.logLevel > 0 ? &out() : nullptr,
                       e.listener,
                       {},
-                      nullptr};
+                      nullptr,
+                      0.0};
   e.start.clear();
 
   struct Search {

@@ -90,6 +90,7 @@ class LinearStore {
   /// that edits have left in it.
   void rebuild();
   ClpSimplex& program() noexcept { return *_program; }
+  const ClpSimplex& program() const noexcept { return *_program; }
   const std::vector<std::unique_ptr<Column>>& columns() const noexcept { return _columns; }
   const std::vector<std::unique_ptr<Row>>& rows() const noexcept { return _rows; }
   bool hasIntegers() const noexcept;

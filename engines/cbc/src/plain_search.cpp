@@ -13,9 +13,6 @@ namespace zyl::cbc {
 
 namespace {
 
-// A doubtful answer is worth so much work, no more.
-constexpr long MaxNodes = 2000;
-
 struct Interval {
   double lower;
   double upper;
@@ -63,11 +60,11 @@ void branch(const Node& node, const Column& column, double value, std::vector<No
 
 }  // namespace
 
-bool searchPlainly(Task& task, Incumbent* best) {
+bool searchPlainly(Task& task, long maxNodes, Incumbent* best) {
   const LinearStore& store = task.store;
   std::vector<Node> open(1);
   for (long nodes = 0; !open.empty(); ++nodes) {
-    if (task.isStopped() || nodes >= MaxNodes) return false;
+    if (task.isStopped() || nodes >= maxNodes) return false;
     const Node node = std::move(open.back());
     open.pop_back();
     ClpSimplex program(task.store.program());

@@ -1,4 +1,4 @@
-// A second opinion for programs that the tree search has failed on.
+// A search for programs that are small, or that the tree search has failed on.
 
 #ifndef ZYL_CBC_PLAIN_SEARCH_H
 #define ZYL_CBC_PLAIN_SEARCH_H
@@ -12,8 +12,8 @@ namespace zyl::cbc {
 /// solved with care: slow, and right where coefficients lie many orders apart.
 ///
 /// Offers every point that it finds. True if it came to its end, so that nothing is better than
-/// `best`; false if it was stopped, or gave up after some thousand nodes.
-bool searchPlainly(Task& task, Incumbent* best);
+/// `best`; false if it was stopped, or gave up after `maxNodes`.
+bool searchPlainly(Task& task, long maxNodes, Incumbent* best);
 
 }  // namespace zyl::cbc
 

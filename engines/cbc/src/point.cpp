@@ -7,8 +7,6 @@ namespace zyl::cbc {
 
 namespace {
 
-constexpr double RelativeRowTolerance = 1e-11;
-
 double valueOf(const Point& point, const Column& column) {
   return point[static_cast<std::size_t>(column.position)];
 }

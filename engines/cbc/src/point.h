@@ -22,8 +22,10 @@ Point settled(const LinearStore& store, const double* values, bool rounded);
 
 /// By how much a row may be missed, apart from the rounding errors of large terms.
 inline constexpr double RowTolerance = 1e-6;
+/// What rounding errors may add, relative to the largest term.
+inline constexpr double RelativeRowTolerance = 1e-11;
 
-/// Whether a settled point keeps every row: within the tolerance, and 1e-11 of the largest term.
+/// Whether a settled point keeps every row, within both tolerances.
 bool holds(const LinearStore& store, const Point& point, double tolerance = RowTolerance);
 
 /// The minimised objective, without its constant.

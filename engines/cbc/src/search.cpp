@@ -7,23 +7,9 @@
 
 #include "plain_search.h"
 #include "relaxation.h"
+#include "tightening.h"
+#include "tree_search.h"
 
-// The other headers of the solver take this one for included.
-#include <CbcNode.hpp>
-
-#include <CbcCutGenerator.hpp>
-#include <CbcEventHandler.hpp>
-#include <CbcHeuristicFPump.hpp>
-#include <CbcHeuristicLocal.hpp>
-#include <CbcHeuristicRINS.hpp>
-#include <CbcModel.hpp>
-#include <CglClique.hpp>
-#include <CglFlowCover.hpp>
-#include <CglGomory.hpp>
-#include <CglKnapsackCover.hpp>
-#include <CglMixedIntegerRounding2.hpp>
-#include <CglProbing.hpp>
-#include <CglTwomir.hpp>
 #include <ClpSimplex.hpp>
 #include <OsiClpSolverInterface.hpp>
 
@@ -33,44 +19,17 @@ namespace {
 
 using Status = ZylAlgorithm::Status;
 
-constexpr double NoLimit = 1e20;
-// What the tree search takes for an integer where no coefficient asks for less, and the least that
-// rounding errors leave sense in.
-constexpr double IntegerTolerance = 1e-9;
-constexpr double LeastIntegerTolerance = 1e-13;
-// A value that a search claims may miss the one of its point by this, relative to it.
-constexpr double ClaimTolerance = 1e-6;
-// Integer columns without a bound are searched so far.
+// What can be proved of a value, relative to it.
+constexpr double BoundTolerance = 1e-6;
+// Integer columns without a bound are searched so far. A point that stands half as far out, in such
+// a column, is taken for one that would go on.
 constexpr double LargestSearched = 1e9;
-// A search need not look for what is better by less, relative to the value known.
-constexpr double Improvement = 1e-9;
-
-// Reports a tree search, and stops it.
-class TreeEvents : public CbcEventHandler {
- public:
-  TreeEvents(Task* task, const CbcModel* tree, bool* hadCandidate)
-      : _task(task), _tree(tree), _hadCandidate(hadCandidate) {}
-  CbcAction event(CbcEvent which) override {
-    if (_task->isStopped()) return stop;
-    // Heuristics search small trees of their own, whose bounds say nothing of the model.
-    if (model_ != _tree) return noAction;
-    if (which == beforeSolution2 || which == solution) *_hadCandidate = true;
-    if (which != node && which != solution && which != heuristicSolution && which != treeStatus) {
-      return noAction;
-    }
-    const bool hasValue = model_->getSolutionCount() > 0 && model_->getObjValue() < 1e50;
-    const double value = _task->clientValue(hasValue ? model_->getObjValue() : 0.0);
-    const double bound = _task->clientValue(model_->getBestPossibleObjValue());
-    _task->report(hasValue, value, bound, model_->getNodeCount());
-    return _task->isStopped() || (hasValue && _task->isWithinGap(value, bound)) ? stop : noAction;
-  }
-  CbcEventHandler* clone() const override { return new TreeEvents(*this); }
-
- private:
-  Task* _task;
-  const CbcModel* _tree;
-  bool* _hadCandidate;  // outlives the copies that the solver makes
-};
+// A program is small up to so many rows and columns; the plain search then takes it, if it needs no
+// more nodes than this.
+constexpr int SmallSize = 40;
+constexpr long SmallNodes = 60;
+// A doubtful answer is worth so much work, no more.
+constexpr long DoubtfulNodes = 2000;
 
 // Makes the point the answer of the store.
 void writeValues(Task& task, const Point& point) {
@@ -159,66 +118,6 @@ Fixing startOf(const Task& task) {
   return fixing;
 }
 
-void addCuts(CbcModel& model) {
-  CglProbing probing;
-  probing.setUsingObjective(1);
-  probing.setMaxPass(3);
-  probing.setMaxPassRoot(3);
-  probing.setMaxProbe(10);
-  probing.setMaxLook(50);
-  probing.setRowCuts(3);
-  CglGomory gomory;
-  gomory.setLimit(300);
-  CglKnapsackCover cover;
-  CglClique clique;
-  clique.setStarCliqueReport(false);
-  clique.setRowCliqueReport(false);
-  CglMixedIntegerRounding2 rounding;
-  CglFlowCover flow;
-  CglTwomir twomir;
-  model.addCutGenerator(&probing, -1, "Probing");
-  model.addCutGenerator(&gomory, -1, "Gomory");
-  model.addCutGenerator(&cover, -1, "Knapsack");
-  model.addCutGenerator(&clique, -1, "Clique");
-  model.addCutGenerator(&rounding, -1, "MIR");
-  model.addCutGenerator(&flow, -1, "FlowCover");
-  model.addCutGenerator(&twomir, -1, "TwoMir");
-  for (int i = 0; i < model.numberCutGenerators(); ++i) model.cutGenerator(i)->setTiming(false);
-}
-
-void addHeuristics(CbcModel& model) {
-  CbcRounding rounding(model);
-  model.addHeuristic(&rounding);
-  CbcHeuristicLocal local(model);
-  model.addHeuristic(&local);
-  CbcHeuristicFPump pump(model);
-  pump.setMaximumPasses(20);
-  model.addHeuristic(&pump);
-  CbcHeuristicRINS rins(model);
-  model.addHeuristic(&rins);
-}
-
-// What a tree search left.
-struct Tree {
-  bool isFinished = false;  // nothing is better than what was found, or known before
-  bool isDoubtful = false;  // solutions were met that turned out to be none
-  double bound = 0.0;       // of the minimisation
-  long nodes = 0;
-  long iterations = 0;
-};
-
-// What is taken for an integer is rounded later, which must not break a row: b = 5e-8 in
-// x <= 1e8 * b is no zero while x is 5.
-double integerTolerance(const LinearStore& store) {
-  double largest = 1.0;
-  for (const auto& row : store.rows()) {
-    for (const Term& term : row->terms) {
-      if (term.column->integer) largest = std::max(largest, std::fabs(term.coef));
-    }
-  }
-  return std::max(LeastIntegerTolerance, std::min(IntegerTolerance, 0.1 * RowTolerance / largest));
-}
-
 // Bounds an integer column for the tree search, which ends the process on some programs with
 // integer columns that have no bound. Returns whether it had none.
 bool closeColumn(OsiSolverInterface* root, int column) {
@@ -235,63 +134,14 @@ bool closeColumn(OsiSolverInterface* root, int column) {
 }
 
 // Whether the point stands where the search was stopped and the model would go on.
-bool isCutOff(const Point& point, const OsiSolverInterface& root, const std::vector<int>& closed) {
+bool isCutOff(const Point& point, const std::vector<int>& closed) {
   return std::any_of(closed.begin(), closed.end(), [&](int column) {
-    const double value = point[static_cast<std::size_t>(column)];
-    return std::fabs(value) >= LargestSearched &&
-           (value >= root.getColUpper()[column] || value <= root.getColLower()[column]);
+    return std::fabs(point[static_cast<std::size_t>(column)]) >= 0.5 * LargestSearched;
   });
 }
 
-Tree search(Task& task, const OsiSolverInterface& root, Incumbent* best) {
-  CbcModel model(root);
-  model.setLogLevel(0);
-  model.messageHandler()->setLogLevel(0);
-  model.solver()->setHintParam(OsiDoReducePrint, true, OsiHintTry);
-  bool hadCandidate = false;
-  TreeEvents events(&task, &model, &hadCandidate);
-  model.passInEventHandler(&events);
-  model.setUseElapsedTime(true);
-  model.setIntegerTolerance(integerTolerance(task.store));
-  if (task.timeLimit >= 0.0) model.setMaximumSeconds(task.remaining());
-  if (task.nodeLimit >= 0) model.setMaximumNodes(static_cast<int>(task.nodeLimit));
-  if (best->point.has_value()) {
-    model.setCutoff(best->cost - Improvement * std::max(1.0, std::fabs(best->cost)));
-  }
-  addCuts(model);
-  addHeuristics(model);
-  model.setMaximumCutPassesAtRoot(-100);
-  // Branching by pseudo costs starts hot, which fails an assertion of the solver on small programs.
-  model.setNumberBeforeTrust(0);
-  model.initialSolve();
-  model.branchAndBound();
-
-  Tree tree;
-  tree.nodes = model.getNodeCount();
-  tree.iterations = model.getIterationCount();
-  tree.bound = model.getBestPossibleObjValue();
-  tree.isFinished = model.status() == 0 && !model.isContinuousUnbounded();
-  if (model.bestSolution() == nullptr) {
-    tree.isDoubtful = tree.isFinished && hadCandidate;
-    return tree;
-  }
-  const Point found = settled(task.store, model.bestSolution(), /*rounded=*/true);
-  if (holds(task.store, found)) best->offer(task.store, found);
-  // The continuous columns at their best for the integer ones found.
-  Fixing fixing;
-  for (const auto& column : task.store.columns()) {
-    if (!column->integer) continue;
-    fixing.emplace_back(column.get(), found[static_cast<std::size_t>(column->position)]);
-  }
-  best->offer(task.store, completed(task, fixing));
-  // What was proved for a value that no point has, says nothing of the values above it.
-  const double claimed = model.getObjValue();
-  if (best->cost > claimed + ClaimTolerance * std::max(1.0, std::fabs(claimed))) {
-    tree.isFinished = false;
-    tree.isDoubtful = true;
-    tree.bound = std::min(tree.bound, claimed);
-  }
-  return tree;
+bool isSmall(const LinearStore& store) {
+  return store.columns().size() <= SmallSize && store.rows().size() <= SmallSize;
 }
 
 }  // namespace
@@ -322,6 +172,11 @@ ZylCbcResult solveInteger(Task& task) {
     return finish(best.point.has_value() ? ZylAlgorithm::Feasible : ZylAlgorithm::Unknown, bound);
   };
 
+  const auto finishSearched = [&] {
+    if (!best.point.has_value()) return finished(task, ZylAlgorithm::Infeasible);
+    return finish(ZylAlgorithm::Optimal, best.cost);
+  };
+
   std::optional<Point> unused;
   const Status relaxed = solveRelaxation(task, &unused);
   iterations = task.store.program().numberIterations();
@@ -338,8 +193,9 @@ ZylCbcResult solveInteger(Task& task) {
   };
   if (isNearEnough(rootBound)) return finish(ZylAlgorithm::Optimal, rootBound);
 
-  // A copy: the search works on it.
-  OsiClpSolverInterface root(new ClpSimplex(task.store.program()), /*reallyOwn=*/true);
+  if (isSmall(task.store) && searchPlainly(task, SmallNodes, &best)) return finishSearched();
+
+  OsiClpSolverInterface root(tightened(task.store).release(), /*reallyOwn=*/true);
   root.setHintParam(OsiDoReducePrint, true, OsiHintTry);
   root.messageHandler()->setLogLevel(0);
   std::vector<int> closed;
@@ -348,21 +204,16 @@ ZylCbcResult solveInteger(Task& task) {
     root.setInteger(column->position);
     if (closeColumn(&root, column->position)) closed.push_back(column->position);
   }
-  // No preprocessing: that of this solver has been seen to lose the optimum of small models.
-  root.initialSolve();
-  Tree tree = search(task, root, &best);
+  Tree tree = searchTree(task, root, &best);
   nodes = tree.nodes;
   iterations += tree.iterations;
-  if (tree.isDoubtful) tree.isFinished = searchPlainly(task, &best);
+  if (tree.isDoubtful) tree.isFinished = searchPlainly(task, DoubtfulNodes, &best);
   if (tree.isFinished) {
-    if (!best.point.has_value()) return finished(task, ZylAlgorithm::Infeasible);
-    const double reached = rootBound + ClaimTolerance * std::max(1.0, std::fabs(rootBound));
-    if (best.cost > reached && isCutOff(*best.point, root, closed)) return finishStopped(rootBound);
-    return finish(ZylAlgorithm::Optimal, best.cost);
+    const double reached = rootBound + BoundTolerance * std::max(1.0, std::fabs(best.cost));
+    const bool isOpen = best.point.has_value() && best.cost > reached;
+    return isOpen && isCutOff(*best.point, closed) ? finishStopped(rootBound) : finishSearched();
   }
-  // The tree knows no bound before its root is solved.
-  const double bound =
-      std::fabs(tree.bound) < NoLimit ? std::max(rootBound, tree.bound) : rootBound;
+  const double bound = std::max(rootBound, tree.bound);
   if (isNearEnough(bound)) return finish(ZylAlgorithm::Optimal, bound);
   return finishStopped(bound);
 }

@@ -40,12 +40,16 @@ struct Task {
   // What a listener threw. The solver's frames are not made for exceptions, so it is kept until
   // they are left; meanwhile the search stops.
   std::exception_ptr failure;
+  // Until then nothing counts as stopped: what a search has found by then is worth completing.
+  double extraTime = 0.0;
 
   double remaining() const {
     return timeLimit < 0.0 ? -1.0 : std::max(0.0, timeLimit - clock.elapsed());
   }
   bool isOutOfTime() const { return timeLimit >= 0.0 && clock.elapsed() >= timeLimit; }
-  bool isStopped() const { return interrupted || failure != nullptr || isOutOfTime(); }
+  bool isStopped() const {
+    return (interrupted || failure != nullptr || isOutOfTime()) && clock.elapsed() >= extraTime;
+  }
   bool isWithinGap(double value, double bound) const;
   double clientValue(double minimum) const { return sign * minimum + constant; }
   void report(bool hasValue, double value, double bound, long nodes);

@@ -40,7 +40,8 @@ class ZYL_EXPORT ZylCbcListener {
 /// further edits, and the next `solve` loads afresh, which raises what `load` would.
 ///
 /// Integer variables without a bound on a side are searched up to 1e9 beyond the other one, or
-/// beyond zero; a solution that ends there is called Feasible unless nothing can be better.
+/// beyond zero; a solution with a value beyond half of that is called Feasible unless nothing can
+/// be better.
 ///
 /// Installs no class hooks: any number of engines live side by side. One thread; only `interrupt`
 /// may be called from another.
@@ -110,7 +111,8 @@ class ZYL_EXPORT ZylCbcI : public ZylAlgorithmI {
   void setLogLevel(int level);
   /// Not owned; null for none.
   void setListener(ZylCbcListener* listener);
-  /// Makes the running solve, or the next one, stop as soon as it can. From any thread.
+  /// Makes the running solve, or the next one, stop as soon as it can, with the best solution so
+  /// far: within some tenths of a second. From any thread, and from a signal handler.
   void interrupt() noexcept;
 
  private:
