@@ -247,6 +247,35 @@ MPS
 answers empty.lp Optimal 0 ' (0 ,' <<<'min st x >= 2
 end'
 
+# A search that takes days, with solutions from the start: it ends when asked to, and tells the best.
+awk 'BEGIN { print "min"; for (i = 0; i < 5; i++) printf " + p%d + q%d", i, i; print "\nst"
+  for (i = 0; i < 5; i++) {
+    total = 0
+    for (j = 0; j < 50; j++) {
+      a = (7919 * (i + 3) * (j + 11) * (j + i + 5)) % 101
+      total += a
+      if (a > 0) printf " + %d x%d", a, j
+    }
+    printf " + p%d - q%d = %d\n", i, i, int(total / 2)
+  }
+  print "binaries"; for (j = 0; j < 50; j++) print " x" j; print "end" }' >"$work/market.lp"
+hearsSignals() {  # hearsSignals PROCESS: whether it has a handler of its own for SIGTERM
+  [ $((0x$(sed -n 's/^SigCgt:\s*//p' "/proc/$1/status") & 0x4000)) -ne 0 ]
+}
+for signal in INT TERM; do
+  "$solve" "$work/market.lp" >"$work/out" 2>"$work/err" &
+  search=$!
+  until hearsSignals $search; do kill -0 $search 2>/dev/null || break; done
+  kill -s $signal $search
+  wait $search
+  status=$?
+  # Both are fine, by how far the search has come.
+  check "SIG$signal: status $status" test "$status" -le 1
+  check "SIG$signal: $(head -n 1 "$work/out")" grep -qxE 'status: (Feasible|Unknown)' "$work/out"
+done
+"$solve" --time-limit 1 "$work/market.lp" >"$work/out"
+check "limit: $(head -n 1 "$work/out")" grep -qx 'status: Feasible' "$work/out"
+
 "$solve" --help | grep -q '^usage:' || check 'help' false
 "$solve" --version | grep -q '^vorlane-solve ' || check 'version' false
 

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cmath>
@@ -42,6 +43,7 @@ constexpr const char* Help =
     "  --help            this text\n"
     "  --version         the version\n"
     "\n"
+    "Ctrl-C or a SIGTERM ends the search with the best solution so far, a second one the process.\n"
     "Exit status: 0 solved, also when proved infeasible or unbounded; 1 stopped at a limit without\n"
     "an answer; 2 bad usage or bad input.\n";
 
@@ -194,9 +196,13 @@ class ProgressLine : public ZylCbcListener {
   bool _shown = false;
 };
 
-ZylCbcI* running = nullptr;
-extern "C" void onInterrupt(int) {
-  if (running != nullptr) running->interrupt();
+// Heard while a search runs, and until its results are out. The first signal asks for what was
+// found so far; the next one ends the process.
+std::atomic<ZylCbcI*> running{nullptr};
+extern "C" void onSignal(int) {
+  std::signal(SIGINT, SIG_DFL);
+  std::signal(SIGTERM, SIG_DFL);
+  if (ZylCbcI* engine = running) engine->interrupt();
 }
 
 double peakMib() {
@@ -249,10 +255,9 @@ int run(const Options& options, const ZylEnv& env) {
   if (options.timeLimit >= 0.0) engine.setTimeLimit(options.timeLimit);
   if (options.gap >= 0.0) engine.setGapLimit(options.gap);
   running = engine.getImpl();
-  std::signal(SIGINT, &onInterrupt);
+  std::signal(SIGINT, &onSignal);
+  std::signal(SIGTERM, &onSignal);
   const bool found = engine.solve();
-  std::signal(SIGINT, SIG_DFL);
-  running = nullptr;
   if (progress != nullptr) progress->clear();
   engine.setListener(nullptr);
   const double solved = now();
@@ -276,6 +281,7 @@ int run(const Options& options, const ZylEnv& env) {
       if (value != 0.0) print(statement.variables[j].getName(), number(value));
     }
   }
+  running = nullptr;
   return finish(status == ZylAlgorithm::Unknown || status == ZylAlgorithm::Error ? ExitNoAnswer
                                                                                  : ExitSolved);
 }
