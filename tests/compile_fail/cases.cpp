@@ -138,13 +138,6 @@ ZYL_EXTRACTABLE_DEF(Plain, BASE_OF_PLAIN)
   new (env.getImpl()) ZylModelI(env.getImpl());
 #endif
 
-// CASE new_in_a_handle: ZylEnvI|operator new
-#ifdef new_in_a_handle
-  new (env) ZylModelI(env.getImpl());
-#else
-  new (env.getImpl()) ZylModelI(env.getImpl(), "model");
-#endif
-
 // CASE copied_environment: deleted
 #ifdef copied_environment
   ZylEnvI copy(*env.getImpl());

@@ -4,9 +4,7 @@
 
 #include "protocol.h"
 
-using zyl::cbc::Column;
 using zyl::cbc::isUsable;
-using zyl::cbc::Row;
 using zyl::cbc::Term;
 using zyl::cbc::valuesOf;
 
