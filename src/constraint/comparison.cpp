@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "common/build.h"
 #include "common/handle_check.h"
 #include "vorlane/env/number.h"
 #include "vorlane/model/algorithm_handle.h"
@@ -24,22 +25,55 @@ ZylNumExprI* operandOf(ZylNumExprI* expr) {
   return isVariable(expr) ? expr : static_cast<ZylNumExprI*>(expr->toNumLinTermI());
 }
 
+using zyl::detail::classOf;
+using zyl::detail::NodeClass;
+
 constexpr long LeftConverted = 1;
 constexpr long RightConverted = 2;
 
 }  // namespace
 
+// What the operands are replaced by; asked first whether they are, as the conversion of a temporary
+// ends it. What was made here goes again, unless the constraint came to hold it.
+struct ZylBinaryNumConstraintI::Operands {
+  Operands(ZylNumExprI* leftExpr, ZylNumExprI* rightExpr)
+      : flags((isVariable(leftExpr) ? 0 : LeftConverted) +
+              (isVariable(rightExpr) ? 0 : RightConverted)),
+        left(leftExpr), right(leftExpr == rightExpr ? left.expr : rightExpr) {}
+
+  struct Operand {
+    explicit Operand(ZylNumExprI* given)
+        : part(classOf(given) == NodeClass::Other ? given : nullptr), expr(operandOf(given)),
+          isMade(expr != given) {
+      if (isMade) expr->hold();
+    }
+    ~Operand() {
+      if (!isMade) return;
+      // A part of a sum that goes again is the client's still, as it was.
+      const bool isUndone = part != nullptr && expr->getCount() == 1;
+      if (isUndone) part->hold();
+      expr->getEnv()->release(expr);
+      if (isUndone) part->unhold();
+    }
+    Operand(const Operand&) = delete;
+    Operand& operator=(const Operand&) = delete;
+    ZylNumExprI* part;
+    ZylNumExprI* expr;
+    bool isMade;
+  };
+  long flags;
+  Operand left;
+  Operand right;
+};
+
 ZylBinaryNumConstraintI::ZylBinaryNumConstraintI(ZylEnvI* env, ZylNumExprI* left,
                                                  ZylNumExprI* right, const char* name)
-    : ZylConstraintI(env, name), _flags(0) {
-  // Asked first: the conversion of a temporary ends it.
-  if (!isVariable(left)) _flags += LeftConverted;
-  if (!isVariable(right)) _flags += RightConverted;
-  ZylNumExprI* const first = operandOf(left);
-  ZylNumExprI* const second = right == left ? first : operandOf(right);
-  _left = first;
-  _right = second;
-}
+    : ZylBinaryNumConstraintI(env, Operands(left, right), name) {}
+
+ZylBinaryNumConstraintI::ZylBinaryNumConstraintI(ZylEnvI* env, const Operands& operands,
+                                                 const char* name)
+    : ZylConstraintI(env, name), _left(operands.left.expr), _right(operands.right.expr),
+      _flags(operands.flags) {}
 
 ZylBinaryNumConstraintI::~ZylBinaryNumConstraintI() { zyl::detail::giveBack(_env, fields()); }
 

@@ -9,9 +9,7 @@
 
 ZylMultiCriterionExprI::ZylMultiCriterionExprI(ZylEnvI* env, const ZylNumExprArray& exprs,
                                                Type type, const char* name)
-    : ZylEnvObjectI(env), _type(type), _name(env->strDup(name)) {
-  _exprs = zyl::Owned(exprs);
-}
+    : ZylEnvObjectI(env), _type(type), _exprs(exprs), _name(env->strDup(name)) {}
 
 ZylMultiCriterionExprI::~ZylMultiCriterionExprI() {
   _env->strFree(_name);

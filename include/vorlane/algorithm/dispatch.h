@@ -38,22 +38,24 @@ class EngineTable {
  public:
   /// Objects of the class and of its subclasses. `taking` returns the engine's handle, null to
   /// refuse; `releasing` gets it back. What either raises passes.
-  template <class Object, class Taken, class Released, class Handle>
-  EngineTable& take(Handle* (Engine::*taking)(const Taken*),
-                    void (Engine::*releasing)(const Released*, Handle*)) {
+  template <class Object, class Owner, class Taken, class Released, class Handle>
+  EngineTable& take(Handle* (Owner::*taking)(const Taken*),
+                    void (Owner::*releasing)(const Released*, Handle*)) {
     return add<Object>(taking, releasing, /*exactly=*/false);
   }
   /// Objects of the class, and of none of its subclasses.
-  template <class Object, class Taken, class Released, class Handle>
-  EngineTable& takeExactly(Handle* (Engine::*taking)(const Taken*),
-                           void (Engine::*releasing)(const Released*, Handle*)) {
+  template <class Object, class Owner, class Taken, class Released, class Handle>
+  EngineTable& takeExactly(Handle* (Owner::*taking)(const Taken*),
+                           void (Owner::*releasing)(const Released*, Handle*)) {
     return add<Object>(taking, releasing, /*exactly=*/true);
   }
   /// Changes of the class. `following` gets the handle of the object changed, null where there is
   /// none, and returns whether the engine could follow.
-  template <class Change, class Handle>
-  EngineTable& on(bool (Engine::*following)(const Change&, Handle*)) {
+  template <class Change, class Owner, class Followed, class Handle>
+  EngineTable& on(bool (Owner::*following)(const Followed&, Handle*)) {
     static_assert(std::is_base_of_v<ZylChange, Change>, "not a change");
+    static_assert(std::is_base_of_v<Followed, Change>, "the member follows another change");
+    static_assert(std::is_base_of_v<Owner, Engine>, "not a member of the engine");
     Entry entry(Change::GetTypeInfo());
     entry.store(following);
     entry.apply = [](Engine* engine, const Entry& self, const ZylChange* change, void* handle) {
@@ -127,9 +129,10 @@ class EngineTable {
     }
   };
 
-  template <class Object, class Taken, class Released, class Handle>
-  EngineTable& add(Handle* (Engine::*taking)(const Taken*),
-                   void (Engine::*releasing)(const Released*, Handle*), bool exactly) {
+  template <class Object, class Owner, class Taken, class Released, class Handle>
+  EngineTable& add(Handle* (Owner::*taking)(const Taken*),
+                   void (Owner::*releasing)(const Released*, Handle*), bool exactly) {
+    static_assert(std::is_base_of_v<Owner, Engine>, "not a member of the engine");
     static_assert(std::is_base_of_v<ZylExtractableI, Object>, "not an extractable");
     static_assert(std::is_base_of_v<Taken, Object> && std::is_base_of_v<Released, Object>,
                   "the members take another class");

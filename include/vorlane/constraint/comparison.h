@@ -41,6 +41,10 @@ class ZYL_EXPORT ZylBinaryNumConstraintI : public ZylConstraintI {
   zyl::Held<ZylNumExprI> _left;
   zyl::Held<ZylNumExprI> _right;
   long _flags;
+
+ private:
+  struct Operands;
+  ZylBinaryNumConstraintI(ZylEnvI* env, const Operands& operands, const char* name);
 };
 
 // A comparison class: its name, and the bounds that its right operand gives its left one.

@@ -29,8 +29,8 @@ consteval bool mayBeAggregate() {
     };
 }
 
-// Storage for an object of a class whose type is declared. A class that hides behind another's
-// declaration is told by its size, as far as that goes.
+// Storage for an object of a class whose type is declared. A subclass without a declaration
+// of its own comes here too; a different size gives it away.
 template <class Class, class Owner>
 void* allocObject(Owner* owner, std::size_t size) {
   if constexpr (std::is_base_of_v<ZylExtractableI, Class>) {

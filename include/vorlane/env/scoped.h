@@ -16,7 +16,8 @@ namespace zyl {
 /// Handles own nothing, so that an exception between `ZylEnv env;` and `env.end()` loses the
 /// environment. `zyl::Scoped<ZylEnv> env;` does not, and is a `ZylEnv` everywhere else. So is
 /// `zyl::Scoped<ZylExpr> sum(env);` an expression that is built and then stated: when it goes, the
-/// constraint is the sum's only owner, and edits it in place.
+/// constraint is the sum's only owner, and edits it in place. It is assigned from another guard
+/// only: `sum += x`, not `sum = sum + x`.
 ///
 /// What it holds must still be there at the end of the scope: it is declared behind the guard of
 /// its environment, and ended by nobody else. Exceptions may show objects of the environment, so

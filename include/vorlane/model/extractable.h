@@ -123,7 +123,7 @@ class ZYL_EXPORT ZylExtractableI : public ZylRttiEnvObjectI {
   /// Whether a decision variable occurs below this object. The first answer is kept.
   virtual bool isDecisionExpr() const;
   /// Whether this object itself stands for many terms. The library's own never do; an environment
-  /// knows whether it was asked for an object of a class that overrides this.
+  /// knows whether it was asked for an object of a class that declares its type and overrides this.
   virtual bool isAggregate() const;
 
   /// Sends a change of this object to whom it may concern.

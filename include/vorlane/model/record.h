@@ -19,13 +19,13 @@
 // From that follow the destructor, the visit, the clone, the text form and what happens when a part
 // is removed. What a class does differently it overrides, with the functions on fields at hand.
 //
-// Fields own nothing by themselves: the destructor that ZYL_RECORD declares gives back what they
-// hold, through the environment of the record, since a part may be dead by then. Their constructors
-// do not raise, so a constructor that raises has taken nothing from its caller. A field that must
-// copy something which can fail stands in front of the counted ones.
+// The destructor that ZYL_RECORD declares gives back what the fields hold, through the environment
+// of the record, since a part may be dead by then. A field that is destroyed before, by a
+// constructor that raises, takes its references back from operands that are there still, and leaves
+// arrays to the caller: such a constructor has taken nothing.
 //
 // A new kind of field is a class with the operations of `Ref`. Numbers, enumerations, pointers to
-// functions and a client's pointers are fields as they are.
+// functions and a client's pointers are fields as they are; a text is a `Text`.
 
 #ifndef ZYL_MODEL_RECORD_H
 #define ZYL_MODEL_RECORD_H
@@ -44,7 +44,9 @@ template <class Impl>
 class Ref {
  public:
   // Implicit, as fields read like the pointers that they are.
+  // NOLINTNEXTLINE(google-explicit-constructor)
   Ref(Impl* object = nullptr) noexcept : _object(object) {}
+  // NOLINTNEXTLINE(google-explicit-constructor)
   operator Impl*() const noexcept { return _object; }
   Impl* operator->() const noexcept { return _object; }
   Impl* get() const noexcept { return _object; }
@@ -72,12 +74,26 @@ class Ref {
   Impl* _object;
 };
 
-/// A field that counts as one owner of an expression, generator or comprehension, or of none.
+/// A field that counts as one owner of an expression, generator or comprehension, or of none. Not
+/// assigned; `replace` puts another in its place.
 template <class Impl>
 class Held : public Ref<Impl> {
  public:
-  Held(Impl* object = nullptr) noexcept : Ref<Impl>(object) {
+  explicit Held(Impl* object = nullptr) noexcept : Ref<Impl>(object) {
     if (object != nullptr) object->hold();
+  }
+  ~Held() {
+    if (this->get() != nullptr) this->get()->unhold();
+  }
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+
+  /// Holds `object`, then releases what was held before.
+  void replace(ZylEnvI* env, Impl* object) {
+    Impl* const before = this->get();
+    if (object != nullptr) object->hold();
+    static_cast<Ref<Impl>&>(*this) = object;
+    if (before != nullptr) env->release(before);
   }
   void giveBack(ZylEnvI* env) {
     Impl* const object = this->get();
@@ -91,6 +107,10 @@ template <class Array>
 class Owned {
  public:
   explicit Owned(const Array& array = Array()) noexcept;
+  ~Owned();
+  Owned(const Owned&) = delete;
+  Owned& operator=(const Owned&) = delete;
+  // NOLINTNEXTLINE(google-explicit-constructor): reads as the array that it is
   operator const Array&() const noexcept { return _array; }
   const Array& get() const noexcept { return _array; }
   const Array* operator->() const noexcept { return &_array; }
@@ -105,6 +125,33 @@ class Owned {
 
  private:
   Array _array;
+};
+
+/// A field with a copy of a text, or without one.
+class Text {
+ public:
+  /// Raises `ZylMemoryException`.
+  Text(ZylEnvI* env, const char* text) : _env(env), _text(env->strDup(text)) {}
+  ~Text() { _env->strFree(_text); }
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+  const char* get() const noexcept { return _text; }
+
+  void visit(ZylExtractableI*, ZylExtractableVisitor*) const noexcept {}
+  const char* cloned(ZylEnvI*) const noexcept { return _text; }
+  void giveBack(ZylEnvI*) noexcept {
+    _env->strFree(_text);
+    _text = nullptr;
+  }
+  void display(std::ostream& stream) const {
+    if (_text != nullptr) stream << _text;
+  }
+  bool isDead(const ZylEnvI*) const noexcept { return false; }
+  void dropDead() const noexcept {}
+
+ private:
+  ZylEnvI* _env;
+  char* _text;
 };
 
 /// What a class of records does differently: state it as a member `Row`.
@@ -126,8 +173,23 @@ struct Labelled {
 };
 
 template <class T>
-inline constexpr bool IsPlain =
-    std::is_arithmetic_v<T> || std::is_enum_v<T> || std::is_pointer_v<T>;
+inline constexpr bool IsText = std::is_same_v<std::remove_cv_t<std::remove_pointer_t<T>>, char>;
+
+template <class T>
+inline constexpr bool IsPlain = std::is_arithmetic_v<T> || std::is_enum_v<T> ||
+                                (std::is_pointer_v<T> && !IsText<T>);
+
+// A number or an address; an absent object and a function show nothing.
+template <class T>
+void displayPlain(std::ostream& stream, const T& value) {
+  if constexpr (std::is_enum_v<T>) {
+    stream << static_cast<long>(value);
+  } else if constexpr (!std::is_pointer_v<T>) {
+    stream << value;
+  } else if constexpr (!std::is_function_v<std::remove_pointer_t<T>>) {
+    if (value != nullptr) stream << static_cast<const void*>(value);
+  }
+}
 
 template <class Array>
 inline constexpr bool HasExtractables = std::is_base_of_v<ZylExtractableArray, Array>;
@@ -284,10 +346,8 @@ void displayFields(std::ostream& stream, const ZylExtractableI* holder, const Fi
   displayHead(stream, holder->getRttiTypeName(), holder);
   const auto show = [&]<class T>(const Labelled<T>& each) {
     stream << "  " << each.label << " ";
-    if constexpr (std::is_enum_v<T>) {
-      stream << static_cast<long>(each.field);
-    } else if constexpr (IsPlain<T>) {
-      stream << each.field;
+    if constexpr (IsPlain<T>) {
+      displayPlain(stream, each.field);
     } else {
       each.field.display(stream);
     }
@@ -316,6 +376,7 @@ template <class Fields>
 inline std::tuple<> fields() { return {}; }
 template <class T, class... Rest>
 auto fields(const char* label, T& field, Rest&&... rest) {
+  static_assert(!detail::IsText<T>, "a text that nobody copies: make the field a zyl::Text");
   return std::tuple_cat(std::tuple(detail::Labelled<T>{label, field}), fields(rest...));
 }
 
@@ -361,6 +422,17 @@ template <class Array>
 Owned<Array>::Owned(const Array& array) noexcept : _array(array) {
   if constexpr (detail::IsCounting<Array>) {
     if (!isEmpty()) _array.lockExprs();
+  }
+}
+
+template <class Array>
+Owned<Array>::~Owned() {
+  if constexpr (detail::IsCounting<Array>) {
+    if (isEmpty()) return;
+    for (long i = 0; i < _array.getSize(); ++i) {
+      using Impl = typename Array::Element::ImplClass;
+      if (auto* element = static_cast<Impl*>(_array.getI(i))) element->unhold();
+    }
   }
 }
 
