@@ -54,7 +54,8 @@ struct World {
   /// All that a client could see of it.
   std::string picture() const {
     std::ostringstream stream;
-    stream << model << ' ' << sum << ' ' << shared << ' ' << integers << ' ' << product;
+    stream << model << ' ' << sum << ' ' << shared << ' ' << integers << ' ' << product << ' '
+           << ofObjective;
     for (const ZylExtractable& object :
          {ZylExtractable(x), ZylExtractable(free), ZylExtractable(values), ZylExtractable(range)}) {
       stream << (object.getName() != nullptr ? object.getName() : "-") << ' ' << object << '\n';
@@ -88,6 +89,7 @@ struct World {
   ZylRange range{env, 0, 3 * y + 2 * x, 5, "range"};
   ZylNumExpr ofRange{range.getExpr()};
   ZylObjective objective = ZylMinimize(env, 3 * x + y, "objective");
+  ZylNumExpr ofObjective{objective.getExpr()};
   ZylExtractableArray modelled{env, 2, range, objective};
   ZylModel model{env, "model"};
   RecordingAlgorithm* engine = new RecordingAlgorithm(env.getImpl());
@@ -227,6 +229,7 @@ const Edit Edits[] = {
     {"RangeExpr", [](World& w) { w.range.setExpr(w.product); }},
     {"ObjectiveCoef", [](World& w) { w.objective.setLinearCoef(w.z, 4); }},
     {"ObjectiveCoefs", [](World& w) { w.objective.setLinearCoefs(w.variables, w.numbers); }},
+    {"ObjectiveConstant", [](World& w) { w.objective.setConst(7); }},
     {"ObjectiveExpr", [](World& w) { w.objective.setExpr(w.integers); }},
     {"ModelAdd", [](World& w) { w.model.add(w.y); }},
     {"ModelAddArray", [](World& w) { w.model.add(w.variables); }},

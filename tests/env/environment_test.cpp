@@ -231,19 +231,6 @@ TEST(ZylEnvEnd, GoesDownInOrder) {
   }
 }
 
-TEST(ZylEnvEnd, WithoutPoolsGraphsAreReleasedWhole) {
-  const ScopedVariable variable("ZYL_NO_MEMORY_MANAGER", "0");
-  ZylEnv env;
-  ASSERT_FALSE(env.getImpl()->usesMemoryManager());
-  ZylNumVar x(env);
-  ZylNumVar y(env, 0, 1, ZylNumVar::Int, "y");
-  ZylModel model(env, "model");
-  model.add(ZylRange(env, 0, x + 2 * y + ZylMax(x, y), 10));
-  model.add(ZylMinimize(env, x * x + y));
-  x.getImpl()->setIntProperty("p", 1);
-  env.end();  // a leak checker tells the rest
-}
-
 // A destroyable enters the list without a local environment, and may die under one.
 TEST(ZylEnvEnd, DestroyablesDieOnceUnderALocalEnvironment) {
   endOrder.clear();
@@ -309,23 +296,6 @@ TEST(ZylEnvCreation, EachFailureIsTheMemoryExceptionAndLeavesNothing) {
     };
     EXPECT_GT(FailEachAllocation(nothing, create, [](int&) {}), 20);
   }
-}
-
-TEST_F(ZylEnvironment, ObjectsFailCleanly) {
-  // Object, name and record, each in turn.
-  long before = 0;
-  FailEachAllocation(
-      impl,
-      [&] {
-        before = impl->getMemoryUsage();
-        probe(env, "a name that is long enough for a block of its own, with some more");
-      },
-      [&] {
-        EXPECT_EQ(impl->getMemoryUsage(), before);
-        Probe* p = probe(env);
-        EXPECT_EQ(impl->getIdManager()->getLive(p->getId()), p);
-        p->end();
-      });
 }
 
 TEST_F(ZylEnvironment, ExtensionComesWithFirstUse) {

@@ -216,28 +216,5 @@ TEST_F(ZylProperties, CloningIsForbiddenUnlessDefined) {
                                                   "ZylNamedProperty: Using empty handle"));
 }
 
-TEST_F(ZylProperties, AFailedSetterLeavesTheOldValue) {
-  for (const bool present : {false, true}) {
-    FailEachAllocation(
-        [&] {
-          Probe* owner = probe(env);
-          if (present) owner->setStringProperty("name", "before");
-          useUpPools(impl);
-          return owner;
-        },
-        [](Probe& owner) {
-          owner.setStringProperty("name",
-                                  "a value that is longer than what stood there before this");
-        },
-        [&](Probe& owner) {
-          EXPECT_EQ(owner.hasProperty("name"), present);
-          if (present) {
-            EXPECT_STREQ(owner.getStringProperty("name"), "before");
-          }
-          owner.end();
-        });
-  }
-}
-
 }  // namespace
 }  // namespace zyl::test

@@ -184,29 +184,6 @@ TEST_F(ExpressionTest, ArraysOfExpressionsHoldTheirElements) {
                                         "ZylExprArray::ZylExprArray: n !=2"));
 }
 
-// Every request that building a formula makes fails in turn: the sum is as before, or whole.
-TEST_F(ExpressionTest, SurvivesAFailingAllocator) {
-  struct State {
-    State() : x(env, 0, 1, "x"), y(env, 0, 1, "y"), e(2 * x + 1) { useUpPools(env.getImpl()); }
-    ~State() { env.end(); }
-    ZylEnv env;
-    ZylNumVar x, y;
-    ZylExpr e;
-  };
-  const auto build = [](auto operation) {
-    FailEachAllocation([] { return std::make_unique<State>(); }, operation,
-                       [](State& state) {
-                         EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + 1 "));
-                         state.e += state.y;
-                         EXPECT_TRUE(DisplaysAs(state.e, "2 * x  + y  + 1 "));
-                       });
-  };
-  build([](State& state) { state.e += 3 * state.y; });
-  build([](State& state) { state.e += ZylSin(state.y); });
-  build([](State& state) { state.e += state.x * state.y + 2; });
-  build([](State& state) { ZylSum(ZylNumVarArray(state.env, 2, state.x, state.y)) + state.e; });
-}
-
 // Where variables lie in slabs, the test of the environment goes by their addresses.
 TEST(ZylExpr, KnowsTheVariablesOfALargeEnvironment) {
   EnvFixture env;

@@ -174,20 +174,6 @@ TEST_F(CoefTest, RefusalsAndWrongUse) {
           " is non linear, setting or querying the constant part is forbidden"));
 }
 
-TEST_F(CoefTest, FailedAllocationLeavesTheSumAlone) {
-  const ZylNumVarArray vars(env, 300, 0.0, 1.0);
-  const ZylNumArray coefs(env);
-  coefs.add(300, 2.0);
-  const ZylNumArray old(env, 300);
-  useUpPools(impl);
-  {
-    FailingAllocator failing(1);
-    EXPECT_THROW(node->setCoef(vars, coefs, old), ZylMemoryException);
-  }
-  EXPECT_TRUE(DisplaysAs(e, "2 * x  + 3 * y "));
-  EXPECT_EQ(take(), Log());
-}
-
 // --- other edits
 
 TEST_F(LinTermTest, RemovesAsManyAsTheArrayHolds) {

@@ -261,36 +261,5 @@ TEST_F(ZylObjectives, Texts) {
                ZylAlgorithm::ExtractFailure);
 }
 
-TEST_F(ZylObjectives, FailedAllocations) {
-  ZylExpr shared = sum();
-  for (int form = 0; form < 4; ++form) {
-    SCOPED_TRACE(testing::Message() << "form " << form);
-    ZylObjective objective;
-    FailEachAllocation(
-        [&] {
-          objective = ZylMinimize(env, shared);
-          useUpPools(impl);
-          return &objective;
-        },
-        [&](ZylObjective& o) {
-          if (form == 0) o.setLinearCoef(z, 4);
-          if (form == 1) o.setConst(7);
-          if (form == 2) o.setExpr(ZylMax(x, y) + 2 * z);
-          if (form == 3) {
-            o.setLinearCoefs(ZylNumVarArray(env, 2, x, z), ZylNumArray(env, 2, 6.0, 7.0));
-          }
-        },
-        [&](ZylObjective& o) {
-          EXPECT_EQ(coefs(shared), (Coefs{{"x", 2}, {"y", 3}}));
-          EXPECT_EQ(coefs(o), (Coefs{{"x", 2}, {"y", 3}}));
-          o.setLinearCoef(x, 5);
-          EXPECT_EQ(coefs(o)["x"], 5);
-          EXPECT_EQ(coefs(shared)["x"], 2);
-          o.end();
-        });
-    EXPECT_EQ(shared.getImpl()->getCount(), 1) << "what failed holds nothing";
-  }
-}
-
 }  // namespace
 }  // namespace zyl::test

@@ -221,19 +221,5 @@ TEST_F(ZylCloning, TheExpanderDecidesOnlyInSubstitute) {
   EXPECT_NE(cloneOf(user)->left, Substituting::Stand) << "taken back behind the call";
 }
 
-TEST_F(ZylCloning, FailedAllocations) {
-  for (int i = 0; i < 300; ++i) probe(env);
-  Probe* leaf = probe(env, "leaf");
-  Probe* top = probe(env, "top", leaf, leaf);
-  FailEachAllocation(
-      target, [&] { cloneOf(top); },
-      [&] {
-        EXPECT_FALSE(target->isCloningLocked());
-        EXPECT_FALSE(target->hasClone(leaf));
-      });
-  Probe* clone = cloneOf(top);
-  EXPECT_EQ(clone->left, clone->right);
-}
-
 }  // namespace
 }  // namespace zyl::test

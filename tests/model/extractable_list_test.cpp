@@ -128,30 +128,6 @@ TEST_F(ZylExtractableLists, ObjectsElsewhereMarkNothing) {
   other.end();
 }
 
-TEST_F(ZylExtractableLists, FailedAllocationsChangeNothing) {
-  Elements objects;
-  for (int i = 0; i < 300; ++i) objects.push_back(probe(env));
-  const ZylExtractableArray all = arrayOf(objects);
-  const auto exhausted = [&] {
-    useUpPools(impl);
-    return &list;
-  };
-  FailEachAllocation(
-      exhausted, [&](ZylExtractableList& l) { l.add(all); },
-      [&](ZylExtractableList& l) { EXPECT_TRUE(l.isEmpty()); });
-  EXPECT_EQ(elements(), objects);
-  ZylExtractableArray removed(env);
-  FailEachAllocation(
-      exhausted, [&](ZylExtractableList& l) { l.remove(all, removed); },
-      [&](ZylExtractableList&) {
-        EXPECT_EQ(elements(), objects);
-        EXPECT_EQ(removed.getSize(), 0);
-        for (ZylExtractableI* e : objects) ASSERT_EQ(impl->getIdManager()->getLive(e->getId()), e);
-      });
-  EXPECT_EQ(removed.getSize(), 300);
-  EXPECT_TRUE(list.isEmpty());
-}
-
 TEST_F(ZylExtractableLists, ALocalEnvironmentUndoesEveryEdit) {
   Probe* a = probe(env);
   Probe* b = probe(env);
