@@ -109,15 +109,6 @@ TEST_F(ZylRangeTest, RefusesCoefficientsOfAggregates) {
   EXPECT_TRUE(DisplaysAs(plain, "2 * x  + y  <= 4 "));
 }
 
-TEST_F(ZylRangeTest, DropsAVariableThatEnds) {
-  ZylModel model(env);
-  ZylRange range = 2 * x + y <= 4;
-  model.add(range);
-  y.end();
-  EXPECT_TRUE(DisplaysAs(range, "2 * x  <= 4 "));
-  EXPECT_TRUE(DisplaysAs(impl->getClone(range.getImpl()), "2 * x  <= 4 "));
-}
-
 TEST_F(ZylRangeTest, BulkConstructorsFollowTheFirstArray) {
   const ZylNumArray lower(env, 3L, 1.0, 2.0, 3.0);
   const ZylIntArray upper(env, 2L, 7L, 8L);

@@ -73,16 +73,18 @@ const Row ObjectRows[] = {
      "ZylSemiContI (@)\ns[0..5]   _threshold 2\n", "", 0, false, /*cloneDiffers=*/true},
     {"ZylConstraintIndVarI", [](World& w) { return ZylNumVar(w.range); }, "1 <= 2 * x  + y  <= 5 ",
      "range"},
-    {"ZylNumLinTermI", [](World& w) { return ZylExtractable((2 * w.x + 3 * w.y + 1).getImpl()); },
-     "2 * x  + 3 * y  + 1 ", "x y", 0},
-    {"ZylIntLinTermI", [](World& w) { return ZylExtractable((2 * w.i - w.j).getImpl()); },
-     "2 * i  + -1 * j ", "i j", 0},
+    {"ZylNumLinTermI",
+     [](World& w) { return ZylExtractable((2 * w.x + 3 * w.y + ZylAbs(w.x) + 1).getImpl()); },
+     "2 * x  + 3 * y  + abs(x[0..10] ) + 1 ", "- x y", 0},
+    {"ZylIntLinTermI",
+     [](World& w) { return ZylExtractable((2 * w.i - w.j + ZylAbs(w.i) + 1).getImpl()); },
+     "2 * i  + -1 * j  + abs(i[0..5] ) + 1 ", "- i j", 0},
     {"ZylConversionI",
      [](World& w) { return ZylConversion(w.env, w.leaves(), ZylNumVar::Int, "c"); },
      "ZylConversionI (@)\n  vars [x[0..10] , y[0..10] , i[0..5] , j[-9..9] ]\n  type 1\n",
      "x y i j", 0},
-    {"ZylObjectiveI", [](World& w) { return ZylMinimize(w.env, w.x + w.y); },
-     "obj@ = (x  + y , ZylObjective, Minimize);\n", "-"},
+    {"ZylObjectiveI", [](World& w) { return ZylMaximize(w.env, w.x + w.y); },
+     "obj@ = (x  + y , ZylObjective, Maximize);\n", "-"},
     {"ZylModelI",
      [](World& w) {
        ZylModel model(w.env);
@@ -264,8 +266,15 @@ TEST_P(Contract, GoesWithWhatItRefersTo) {
     }
     const bool goes = goesWith(subject, gone);
     const long id = subject->getId();
+    std::vector<ZylExtractableI*> staying;
+    for (ZylExtractableI* part : Parts(subject).list) {
+      if (!goesWith(part, gone)) staying.push_back(part);
+    }
     fresh.env.getImpl()->removeFromAllAndDestroy(removed, 0);
     EXPECT_NE(isAlive(fresh, id), goes) << "part " << *batch.begin() << " of " << batch.size();
+    if (!goes) {
+      EXPECT_EQ(Parts(subject).list, staying);
+    }
   }
 }
 

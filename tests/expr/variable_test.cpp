@@ -91,13 +91,6 @@ TEST_F(ZylVariableTest, EnumeratedValuesKeepInStepWithBounds) {
 TEST_F(ZylVariableTest, Displays) {
   EXPECT_TRUE(DisplaysAs(ZylNumVar(env, 0, ZylInfinity, "x"), "x[0 .. inf] "));
   EXPECT_TRUE(DisplaysAs(ZylNumVar(env, -1, 2.5, "y"), "y[-1..2.5] "));
-  ZylSemiContVar s(env, 2, 5);
-  const std::string id = std::to_string(s.getId());
-  EXPECT_TRUE(
-      DisplaysAs(s, "ZylSemiContI (" + id + ")\nZylNumVar(" + id + ")[0..5]   _threshold 2\n"));
-  ZylConversion c(env, s, ZylNumVar::Int);
-  EXPECT_TRUE(DisplaysAs(ZylConversion(env, ZylNumVar(env, 0, 1, "b"), ZylNumVar::Int, "c"),
-                         "ZylConversionI (c)\n  vars [b[0..1] ]\n  type 1\n"));
 }
 
 TEST_F(ZylVariableTest, NarrowingIsChecked) {
@@ -152,15 +145,6 @@ TEST_F(ZylVariableTest, ArraysTakeBoundsForEachOrForAll) {
   EXPECT_EQ(semi[1].getSemiContinuousLb(), 2.0);
 }
 
-TEST_F(ZylVariableTest, AnIndicatorGoesWithItsConstraint) {
-  ZylNumVar x(env, 0, 5, "x");
-  ZylConstraint holds = x <= 3;
-  auto* indicator = new (impl) ZylConstraintIndVarI(impl, holds.getImpl());
-  ZylRange sum = x + ZylNumVar(indicator) >= 1;
-  holds.end();
-  EXPECT_TRUE(DisplaysAs(sum, "1 <= x  "));
-}
-
 TEST_F(ZylVariableTest, ClonesCopyTheDomainButSemiContinuousOnesDoNot) {
   EnvFixture other;
   ZylIntVar i(env, ZylIntArray(env, 2L, 3L, 5L), "i");
@@ -170,14 +154,6 @@ TEST_F(ZylVariableTest, ClonesCopyTheDomainButSemiContinuousOnesDoNot) {
   ZylSemiContVar s(env, 2, 5, ZylNumVar::Float, "s");
   EXPECT_EQ(s.getClone(other.env).getUB(), ZylInfinity);
   EXPECT_EQ(s.getClone(other.env).getSemiContinuousLb(), 2.0);
-}
-
-TEST_F(ZylVariableTest, ConversionsLoseVariablesThatEnd) {
-  ZylNumVar x(env, 0, 1, "x");
-  ZylNumVar y(env, 0, 1, "y");
-  ZylConversion c(env, ZylNumVarArray(env, 3L, x, y, x), ZylNumVar::Int, "c");
-  x.end();
-  EXPECT_TRUE(DisplaysAs(c, "ZylConversionI (c)\n  vars [y[0..1] ]\n  type 1\n"));
 }
 
 TEST_F(ZylVariableTest, ObjectValuedArraysShareTheirValues) {

@@ -76,29 +76,6 @@ TEST_F(ZylModels, AnEndedElementIsDroppedSilently) {
   EXPECT_EQ(elements(model), (Elements{f, f}));
 }
 
-TEST_F(ZylModels, EndingAModelLeavesItsElements) {
-  Probe* e = probe(env);
-  model.add(ZylExtractable(e));
-  ZylModel outer(env, "outer");
-  outer.add(model);
-  const long id = e->getId();
-  model.end();
-  EXPECT_EQ(impl->getIdManager()->getLive(id), e);
-  EXPECT_TRUE(elements(outer).empty());
-}
-
-TEST_F(ZylModels, DisplayListsTheElements) {
-  ZylModel inner(env);
-  const std::string innerId = std::to_string(inner.getId());
-  auto* bare = new (impl) BareProbe(impl, nullptr);
-  inner.add(ZylExtractable(bare));
-  model.add(inner);
-  const std::string bareText = "ZylExtractable unknow" + std::to_string(bare->getId()) + "\n";
-  EXPECT_TRUE(DisplaysAs(inner, "ZylModel model" + innerId + " = {\n" + bareText + "\n}\n"));
-  EXPECT_TRUE(DisplaysAs(
-      model, "ZylModel m = {\nZylModel model" + innerId + " = {\n" + bareText + "\n}\n\n}\n"));
-}
-
 TEST_F(ZylModels, Texts) {
   EnvFixture other;
   const ZylModel none;
