@@ -40,57 +40,9 @@ TEST_F(ZylCloning, SharedPartsStayShared) {
   EXPECT_NE(cloneLeft->left, leaf);
   EXPECT_NE(cloneOf(top), clone) << "the memo lasts for the outermost call";
   EXPECT_FALSE(target->hasClone(top));
-}
-
-TEST_F(ZylCloning, LevelsAreUndone) {
-  Probe* a = probe(env, "a");
-  Probe* b = probe(env, "b");
-  target->lockCloning();
-  Probe* first = cloneOf(a);
-  const long level = target->lockCloningLevel();
-  target->unlockCloningLevel(level);
-  EXPECT_TRUE(target->hasClone(a));
-  cloneOf(b);
-  target->unlockCloningLevel(level);
-  EXPECT_FALSE(target->hasClone(b));
-  EXPECT_EQ(cloneOf(a), first);
-  target->unlockCloning();
-}
-
-TEST_F(ZylCloning, ClonesMayBeGiven) {
-  Probe* a = probe(env, "a");
-  Probe* stand = probe(other, "stand-in");
-  target->lockCloning();
-  target->setClone(a, stand);
-  EXPECT_EQ(cloneOf(a), stand);
-  EXPECT_EQ(cloneOf(probe(env, "user", a))->left, stand);
-  target->unlockCloning();
   EXPECT_EQ(target->getClone(nullptr), nullptr);
   EXPECT_EQ(target->substitute(nullptr), nullptr);
   EXPECT_FALSE(target->hasClone(nullptr));
-}
-
-// An id is issued again at once: the memo must not hand out a dead object's clone.
-TEST_F(ZylCloning, AnObjectsEndForgetsItsClone) {
-  env.getImpl()->lockCloning();
-  Probe* a = probe(env, "a");
-  const long id = a->getId();
-  env.getImpl()->getClone(a);
-  a->end();
-  Probe* b = probe(env, "b");
-  ASSERT_EQ(b->getId(), id);
-  EXPECT_FALSE(impl->hasClone(b));
-  EXPECT_STREQ(static_cast<Probe*>(impl->getClone(b))->getName(), "b");
-  env.getImpl()->unlockCloning();
-}
-
-// Originals of two environments may have one id between them.
-TEST_F(ZylCloning, ALockedMemoForgetsAClonesEnd) {
-  Probe* leaf = probe(env, "leaf");
-  target->lockCloning();
-  cloneOf(leaf)->end();
-  EXPECT_FALSE(target->hasClone(leaf));
-  target->unlockCloning();
 }
 
 // Deaths of originals and of clones, several originals with one clone, originals with a second
