@@ -1,24 +1,19 @@
 // Launch of a class, the launcher's command line, and the way back of exceptions.
 
-#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <list>
-#include <set>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "bootstrap/java_utils.h"
 #include "bootstrap/stub_installation.h"
+#include "jace/interposed.h"
 #include "jace/stub.h"
 #include "vorlane/bootstrap.h"
 #include "vorlane/env/exception.h"
-
-using testing::HasSubstr;
-using testing::Not;
 
 namespace zyl::test {
 namespace {
@@ -188,52 +183,48 @@ TEST_F(Launcher, TakesItsOptionsOutOfTheLine) {
   }
 }
 
-TEST_F(Launcher, TracesWhatComesAfterDebug) {
-  const Outcome outcome =
-      launch({}, {"p", "-vtqroot", _vtq, "-debug", "-kvlroot", _kvl, "-java", _home, "-javaargs",
-                  "-q", "-javaNoInheritedLIBPATHAppend", "x", "-vtqroot", "v"});
-  expectAll(outcome.err, {"KVLROOT_OVERRIDE_ENV_VAR_NAME is " + _kvl + "\n",
-                          "VTQROOT_OVERRIDE_ENV_VAR_NAME is v\n", "JAVA_HOME is " + _home + "\n",
-                          "VTQS_JAVA_ARGS is -q\n", "javaNoInheritedLIBPATHAppend is true\n",
-                          "Adding argument for the Java class: x\n", "Adding main arg: -debug\n"});
-  EXPECT_THAT(outcome.err, Not(HasSubstr("VTQROOT_OVERRIDE_ENV_VAR_NAME is " + _vtq)));
-}
-
-TEST_F(Launcher, TracesEachOperationByItsName) {
-  const auto parse = [](std::string last) {
-    char* argv[] = {last.data()};
-    ZylKvlLogger::_enabled = true;  // by the client; the launcher heeds its own option only
-    parseArgumentsAndExec(1, argv, "Demo", "demo/Main", false, false);
+// The whole trace of a launch and of searches in vain, whatever the directory of the test.
+TEST_F(Launcher, TracesEachStepInItsWords) {
+  addRuntime(tavornLayout);
+  const auto parse = [](Texts words) {
+    std::vector<char*> argv;
+    for (std::string& word : words) argv.push_back(word.data());
+    parseArgumentsAndExec(static_cast<int>(argv.size()), argv.data(), "Demo", "demo/Main",
+                          /*redirectJavaOutput=*/false, /*requireGenerationalGC=*/true);
   };
-  const Outcome silent = run({}, [&] { parse("p"); });
+  const Outcome silent = run({}, [&] {
+    ZylKvlLogger::_enabled = true;  // by the client; the launcher heeds its own option only
+    parse({"p"});
+  });
   EXPECT_EQ(silent.err, "Entering parseArgumentsAndExec with Demo;demo/Main\n");
 
-  const Outcome outcome = run({{"VTQROOT_OVERRIDE", _vtq}, {"VTQS_JAVA_ARGS", "-a"}}, [&] {
-    parse("-debug");
+  const Outcome outcome = run({{"VTQS_JVM_LIBRARY_OVERRIDE", "/none"}}, [&] {
+    moduleFile = "/program/test";
+    parse({"p", "-vtqroot", "silent", "-debug", "-kvlroot", _kvl, "-java", _home, "-javaargs",
+           "'-foo bar -cp a -Djava.library.path=/l1 dropped -classpath \"c d\" -Xint \"\"'",
+           "-javaNoInheritedLIBPATHAppend", "x", "-vtqroot", _vtq});
     ZylKvlIsRunningAsSharedLib();
     ZylCatchAndThrowFromJVM();
     JavaUtils::ResetJVMSearch();
   });
-  std::set<std::string> names;
-  for (const std::string& line : outcome.errorLines()) {
-    std::istringstream words(line.substr(std::min(line.find_first_not_of('-'), line.size())));
-    std::string word;
-    std::string name;
-    if (words >> word >> name && word == "Entering") names.insert(name);
+  const Outcome vain = inChild({{"VTQS_JVM_LIBRARY_OVERRIDE", "/none"}}, [&] {
+    ZylKvlLogger::_enabled = true;
+    ZylKvlNullMessageHandler handler;
+    JavaUtils::IsLibPointingToTavornJVM("/x");
+    JavaUtils::GetJRERuntimeLibInternal(handler, /*report=*/false);
+    JavaUtils::JREHomeToJRERuntimeLib("/none");
+    setenv("VTQS_JVM_LIBRARY_OVERRIDE", "/jre.so", 1);
+    _directory.touch("jre.so");
+    JavaUtils::JREHomeToJRERuntimeLib(_directory.path().c_str());
+    modulesAreHidden = true;
+    ZylKvlHasValidKVLRoot(handler);
+  });
+  std::string trace = outcome.err + "\n" + vain.err;
+  const std::string directory = _directory.path();
+  for (auto at = trace.find(directory); at != trace.npos; at = trace.find(directory)) {
+    trace.replace(at, directory.size(), "{directory}");
   }
-  std::string all;
-  for (const std::string& name : names) all += name + " ";
-  EXPECT_EQ(all,
-            "AddToSharedLibLoadingPath CheckIfExistingJVMAvailable FileExists "
-            "GetCurrentModuleDirPath GetCurrentModuleFilePath GetCurrentModuleFilePathInternal "
-            "GetDirname GetJRERuntimeLibInternal GetKVLRootDirInternal "
-            "GetLoadedJRERuntimeLibInternal GetVTQRootDirInternal HasJVM IsLibPointingToTavornJVM "
-            "IsValidJRERootDir IsValidKvlRootDir IsValidVtqRootDir JREHomeToJRERuntimeLib "
-            "JREHomeToJRERuntimeLibOverride ResetJVMSearch SetEnvironmentVariable SetVMLoader "
-            "ZylCatchAndThrowFromJVM ZylKvlCommandLineToArgv ZylKvlCreateJVM ZylKvlGetJVM "
-            "ZylKvlGetKVLRootDir ZylKvlGetVTQRootDir ZylKvlHasValidKVLRoot "
-            "ZylKvlIsRunningAsSharedLib ZylKvlIsVTQEnabled ZylKvlLaunchJavaMain "
-            "parseArgumentsAndExec ");
+  EXPECT_EQ(trace, readFile(TRACE_FILE));
 }
 
 TEST_F(Launcher, ShowsItsOptions) {
