@@ -145,6 +145,19 @@ Mantissa readMantissa(const char* p) {
   return {p, digits, kept, parts[0] * scale + parts[1], value, -behindPoint};
 }
 
+// The exponent behind a mantissa, 0 where there is none; steps over what it reads.
+long readExponent(const char** text) {
+  const char*& p = *text;
+  if (*p != 'e' && *p != 'E') return 0;
+  ++p;
+  const bool negative = *p == '-';
+  if (*p == '-' || *p == '+') ++p;
+  long exponent = 0;
+  // Far beyond what counts, so that more digits cannot overflow.
+  for (; isDigit(*p); ++p) exponent = std::min(exponent * 10 + (*p - '0'), 100000000L);
+  return negative ? -exponent : exponent;
+}
+
 // Whether the largest number, written with as many digits as these, reads like this. Fewer digits
 // than it takes to tell most numbers apart are meant as they stand.
 bool readsAsLargest(const Mantissa& mantissa, long exponent) {
@@ -182,16 +195,7 @@ double ZylStrtod(const char* text, char** end) {
     value = 0.0;
     p = text;
   } else {
-    long exponent = 0;
-    bool negativeExponent = false;
-    if (*p == 'e' || *p == 'E') {
-      ++p;
-      negativeExponent = *p == '-';
-      if (*p == '-' || *p == '+') ++p;
-      // Far beyond what counts, so that more digits cannot overflow.
-      for (; isDigit(*p); ++p) exponent = std::min(exponent * 10 + (*p - '0'), 100000000L);
-    }
-    exponent = mantissa.exponent + (negativeExponent ? -exponent : exponent);
+    long exponent = mantissa.exponent + readExponent(&p);
     if (std::abs(exponent) > MaxExponent) {
       errno = ERANGE;
       exponent = std::clamp(exponent, -MaxExponent, MaxExponent);
