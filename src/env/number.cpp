@@ -15,8 +15,20 @@
 
 double ZylInfinityValue = 0.0;
 
-void ZylInitGlobals() { ZylInfinityValue = ZylComputeInfinity(); }
-double ZylGetInfinity() { return ZylInfinityValue; }
+// Each environment comes here, and threads make environments at the same time: only the first
+// writes.
+void ZylInitGlobals() {
+  double infinity = ZylComputeInfinity();
+  if (ZylGetInfinity() != infinity) {
+    __atomic_store(&ZylInfinityValue, &infinity, __ATOMIC_RELAXED);
+  }
+}
+
+double ZylGetInfinity() {
+  double value = 0.0;
+  __atomic_load(&ZylInfinityValue, &value, __ATOMIC_RELAXED);
+  return value;
+}
 double ZylComputeInfinity() { return std::bit_cast<double>(0x7FF0000000000000L); }
 
 bool ZylIsNAN(double value) { return std::isnan(value); }

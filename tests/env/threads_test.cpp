@@ -61,6 +61,12 @@ TEST(ZylThreads, AgreeOnTypeIndices) {
   EXPECT_GE(ZylRtti::_counter, before + 8);
 }
 
+TEST(ZylThreads, MakeEnvironmentsTogether) {
+  ZylInfinityValue = 0.0;
+  together([](int) { EnvFixture(); });
+  EXPECT_EQ(ZylGetInfinity(), ZylInfinity);
+}
+
 TEST(ZylThreads, AllocateAndNumberTogether) {
   EnvFixture env;
   env->useMTSafeAllocation(1);
