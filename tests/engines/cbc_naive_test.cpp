@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <numeric>
 #include <optional>
 #include <random>
 #include <vector>
@@ -101,7 +102,11 @@ void compare(const Program& program, long padding) {
 }
 
 TEST(ZylCbcSearch, FindsTheBestOfAllPoints) {
-  for (unsigned seed = 1; seed <= 150; ++seed) {
+  // The last three lost their optimum to cuts of the solver's.
+  std::vector<unsigned> seeds(150);
+  std::iota(seeds.begin(), seeds.end(), 1U);
+  seeds.insert(seeds.end(), {36964U, 58733U, 61722U});
+  for (const unsigned seed : seeds) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     const Program program(seed);
     compare(program, 0);

@@ -144,7 +144,9 @@ void addCuts(CbcModel& model) {
   probing.setMaxPassRoot(3);
   probing.setMaxProbe(10);
   probing.setMaxLook(50);
-  probing.setRowCuts(3);
+  // Its row cuts have been seen to cut the optimum off, with general integers in a row of two
+  // sides: 3 of 40,000 small programs, none without them.
+  probing.setRowCuts(0);
   CglGomory gomory;
   gomory.setLimit(300);
   CglKnapsackCover cover;
