@@ -101,7 +101,7 @@ void compare(const Program& program, long padding) {
   env.end();
 }
 
-TEST(ZylCbcSearch, FindsTheBestOfAllPoints) {
+TEST(ZylCbcTree, FindsTheBestOfAllPoints) {
   // The last three lost their optimum to cuts of the solver's.
   std::vector<unsigned> seeds(150);
   std::iota(seeds.begin(), seeds.end(), 1U);

@@ -1,3 +1,5 @@
+// What an LP file says that its reader would take in another way.
+
 #include <algorithm>
 #include <array>
 #include <cctype>

@@ -1,3 +1,5 @@
+// Model files, plain or compressed, read by the solver's readers once a survey lets them.
+
 #include "reader.h"
 
 #include <fcntl.h>

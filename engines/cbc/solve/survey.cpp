@@ -1,3 +1,5 @@
+// What both surveys share: lines, names, and the text of a refusal.
+
 #include "survey.h"
 
 #include <algorithm>

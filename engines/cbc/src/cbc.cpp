@@ -1,3 +1,5 @@
+// The engine as clients see it: settings, queries, and one solve after the other.
+
 #include <algorithm>
 #include <cmath>
 #include <ostream>

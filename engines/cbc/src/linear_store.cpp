@@ -1,3 +1,5 @@
+// Rows and columns, and how they reach the linear program.
+
 #include "linear_store.h"
 
 #include <algorithm>

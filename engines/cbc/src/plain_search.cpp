@@ -1,3 +1,5 @@
+// A search of our own for small programs, and for what the tree leaves in doubt.
+
 #include "plain_search.h"
 
 #include <algorithm>

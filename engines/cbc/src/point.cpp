@@ -1,3 +1,5 @@
+// What a solver proposes, as the point that clients will read.
+
 #include "point.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// One solve: the linear program, the plain search, the tree, and what is made of their answers.
+
 #include "search.h"
 
 #include <algorithm>
