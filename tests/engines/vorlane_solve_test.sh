@@ -259,8 +259,12 @@ awk 'BEGIN { print "min"; for (i = 0; i < 5; i++) printf " + p%d + q%d", i, i; p
     printf " + p%d - q%d = %d\n", i, i, int(total / 2)
   }
   print "binaries"; for (j = 0; j < 50; j++) print " x" j; print "end" }' >"$work/market.lp"
-hearsSignals() {  # hearsSignals PROCESS: whether it has a handler of its own for SIGTERM
-  [ $((0x$(sed -n 's/^SigCgt:\s*//p' "/proc/$1/status") & 0x4000)) -ne 0 ]
+# Whether the process is the command and waits for SIGINT and SIGTERM.
+hearsSignals() {
+  [ "/proc/$1/exe" -ef "$solve" ] || return
+  for mask in SigBlk SigCgt; do
+    [ $((0x$(sed -n "s/^$mask:\\s*//p" "/proc/$1/status") & 0x4002)) -eq $((0x4002)) ] || return
+  done
 }
 for signal in INT TERM; do
   "$solve" "$work/market.lp" >"$work/out" 2>"$work/err" &

@@ -16,6 +16,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "reader.h"
 #include "vorlane/cbc.h"
@@ -196,14 +197,50 @@ class ProgressLine : public ZylCbcListener {
   bool _shown = false;
 };
 
-// Heard while a search runs, and until its results are out. The first signal asks for what was
-// found so far; the next one ends the process.
-std::atomic<ZylCbcI*> running{nullptr};
-extern "C" void onSignal(int) {
-  std::signal(SIGINT, SIG_DFL);
-  std::signal(SIGTERM, SIG_DFL);
-  if (ZylCbcI* engine = running) engine->interrupt();
-}
+// Hears SIGINT and SIGTERM while it lives: the first one asks for what was found so far, the next
+// one ends the process. A thread waits for them, as the solver installs a handler of its own for
+// SIGINT in places, which would swallow what comes meanwhile.
+class Signals {
+ public:
+  explicit Signals(ZylCbcI* engine) : _engine(engine) {
+    sigemptyset(&_set);
+    sigaddset(&_set, SIGINT);
+    sigaddset(&_set, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &_set, nullptr);
+    // Never run; but what is ignored, as a shell may have it, would be dropped while it waits.
+    for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, [](int) {});
+    _thread = std::thread([this] { wait(); });
+  }
+  ~Signals() {
+    _done = true;
+    pthread_kill(_thread.native_handle(), SIGTERM);  // wakes the thread
+    _thread.join();
+    pthread_sigmask(SIG_UNBLOCK, &_set, nullptr);
+  }
+  Signals(const Signals&) = delete;
+  Signals& operator=(const Signals&) = delete;
+
+ private:
+  void wait() {
+    for (bool isFirst = true;;) {
+      int signal = 0;
+      if (sigwait(&_set, &signal) != 0) continue;
+      if (_done) return;
+      if (!isFirst) {
+        std::signal(signal, SIG_DFL);
+        pthread_sigmask(SIG_UNBLOCK, &_set, nullptr);
+        std::raise(signal);
+      }
+      isFirst = false;
+      _engine->interrupt();
+    }
+  }
+
+  ZylCbcI* _engine;
+  sigset_t _set{};
+  std::atomic<bool> _done{false};
+  std::thread _thread;
+};
 
 double peakMib() {
   rusage usage{};
@@ -254,9 +291,7 @@ int run(const Options& options, const ZylEnv& env) {
   }
   if (options.timeLimit >= 0.0) engine.setTimeLimit(options.timeLimit);
   if (options.gap >= 0.0) engine.setGapLimit(options.gap);
-  running = engine.getImpl();
-  std::signal(SIGINT, &onSignal);
-  std::signal(SIGTERM, &onSignal);
+  const Signals signals(engine.getImpl());
   const bool found = engine.solve();
   if (progress != nullptr) progress->clear();
   engine.setListener(nullptr);
@@ -281,7 +316,6 @@ int run(const Options& options, const ZylEnv& env) {
       if (value != 0.0) print(statement.variables[j].getName(), number(value));
     }
   }
-  running = nullptr;
   return finish(status == ZylAlgorithm::Unknown || status == ZylAlgorithm::Error ? ExitNoAnswer
                                                                                  : ExitSolved);
 }
