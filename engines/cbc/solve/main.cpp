@@ -213,7 +213,8 @@ class Signals {
   }
   ~Signals() {
     _done = true;
-    pthread_kill(_thread.native_handle(), SIGTERM);  // wakes the thread
+    // Wakes the thread, which waits for it. NOLINTNEXTLINE(bugprone-bad-signal-to-kill-thread)
+    pthread_kill(_thread.native_handle(), SIGTERM);
     _thread.join();
     pthread_sigmask(SIG_UNBLOCK, &_set, nullptr);
   }

@@ -59,6 +59,8 @@ constexpr double CompletionSeconds = 0.2;
 
 class TreeProgram : public OsiClpSolverInterface {
  public:
+  // The virtual base takes its part of the program, and its operations are what is wanted.
+  // NOLINTBEGIN(cppcoreguidelines-slicing,bugprone-parent-virtual-call)
   explicit TreeProgram(const OsiClpSolverInterface& program)
       : OsiSolverInterface(program), OsiClpSolverInterface(program) {}
   OsiSolverInterface* clone(bool copyData) const override {
@@ -75,6 +77,7 @@ class TreeProgram : public OsiClpSolverInterface {
     setIntParam(OsiMaxNumIteration, most);
   }
   void unmarkHotStart() override { OsiSolverInterface::unmarkHotStart(); }
+  // NOLINTEND(cppcoreguidelines-slicing,bugprone-parent-virtual-call)
 };
 
 // What the events of a search share; outlives the copies that the solver makes of them.
