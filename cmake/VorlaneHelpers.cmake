@@ -29,7 +29,10 @@ function(zyl_library_settings target)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:vorlane_warnings>)
   # Calls among our own functions need no way through the table of symbols. Their addresses still
   # come from it, and so are the same in the library and in a program: types are known by them.
-  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  # clang would take the library's own address of a function too, which a program at a fixed address
+  # has another of: type tokens would be two.
+  target_compile_options(${target}
+                         PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   # clang declares the sized global release only on demand.
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-fsized-deallocation>)
 endfunction()
